@@ -1,0 +1,318 @@
+#include "util/StringUtil.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+
+namespace tovik {
+namespace {
+
+// The narrow order is the signed one on every processor, also where plain char has no sign.
+using Narrow = signed char;
+
+long long value_of(char c)
+{
+    return static_cast<Narrow>(c);
+}
+long long value_of(wchar_t c)
+{
+    return c;
+}
+
+template <typename Unit> long long folded(Unit c)
+{
+    const long long value = value_of(c);
+    return value >= 'A' && value <= 'Z' ? value + 32 : value;
+}
+
+template <typename Unit> std::size_t length_of(const Unit* s)
+{
+    std::size_t length = 0;
+    if (s != nullptr) {
+        while (s[length] != 0) {
+            ++length;
+        }
+    }
+    return length;
+}
+
+template <typename Unit> std::size_t bounded_length(const Unit* s, std::size_t n)
+{
+    std::size_t length = 0;
+    while (length < n && s[length] != 0) {
+        ++length;
+    }
+    return length;
+}
+
+template <typename Unit> const Unit* find_first(const Unit* s, Unit c)
+{
+    if (s == nullptr) {
+        return nullptr;
+    }
+    for (; *s != 0; ++s) {
+        if (*s == c) {
+            return s;
+        }
+    }
+    return nullptr;
+}
+
+template <typename Unit> const Unit* find_last(const Unit* s, Unit c)
+{
+    for (std::size_t i = length_of(s); i > 0; --i) {
+        if (s[i - 1] == c) {
+            return s + i - 1;
+        }
+    }
+    return nullptr;
+}
+
+template <typename Unit> Unit* copy_bounded(Unit* dst, const Unit* src, std::size_t n)
+{
+    if (dst == nullptr || src == nullptr) {
+        return dst;
+    }
+    std::size_t i = 0;
+    for (; i < n && src[i] != 0; ++i) {
+        dst[i] = src[i];
+    }
+    dst[i] = 0;
+    return dst;
+}
+
+template <typename Unit> int compare(const Unit* a, const Unit* b, std::size_t n)
+{
+    if (a == nullptr || b == nullptr) {
+        return -1;
+    }
+    for (std::size_t i = 0; i < n; ++i) {
+        if (a[i] != b[i]) {
+            // The end is looked at first: a terminator orders even before a negative character.
+            return a[i] == 0 || (b[i] != 0 && value_of(a[i]) < value_of(b[i])) ? -1 : 1;
+        }
+        if (a[i] == 0) {
+            break;
+        }
+    }
+    return 0;
+}
+
+template <typename Unit> int compare_folded(const Unit* a, const Unit* b, std::size_t n)
+{
+    if (a == nullptr || b == nullptr) {
+        return -1;
+    }
+    for (std::size_t i = 0; i < n; ++i) {
+        if (a[i] == 0 || b[i] == 0) {
+            return a[i] == b[i] ? 0 : (a[i] == 0 ? -1 : 1);
+        }
+        const long long difference = folded(a[i]) - folded(b[i]);
+        if (difference != 0) {
+            return static_cast<int>(std::clamp<long long>(difference, INT_MIN, INT_MAX));
+        }
+    }
+    return 0;
+}
+
+/// Candidate positions of a needle: one more than the last position where it may stand; 0 when it
+/// cannot be found at all.
+template <typename Unit> std::size_t candidates(const Unit* haystack, const Unit* needle)
+{
+    const std::size_t room = length_of(haystack);
+    const std::size_t length = length_of(needle);
+    return length == 0 || length > room ? 0 : room - length + 1;
+}
+
+template <typename Unit> bool starts_with(const Unit* s, const Unit* prefix)
+{
+    for (; *prefix != 0; ++s, ++prefix) {
+        if (*s != *prefix) {
+            return false;
+        }
+    }
+    return true;
+}
+
+template <typename Unit> const Unit* find_text(const Unit* haystack, const Unit* needle)
+{
+    const std::size_t end = candidates(haystack, needle);
+    for (std::size_t i = 0; i < end; ++i) {
+        if (starts_with(haystack + i, needle)) {
+            return haystack + i;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+std::size_t _strlen(const char* s)
+{
+    return length_of(s);
+}
+std::size_t _strlen(const wchar_t* s)
+{
+    return length_of(s);
+}
+std::size_t _strlen(const unsigned char* s)
+{
+    return _strlen(reinterpret_cast<const char*>(s));
+}
+
+const char* _strchr(const char* s, char c)
+{
+    return find_first(s, c);
+}
+char* _strchr(char* s, char c)
+{
+    return const_cast<char*>(find_first<char>(s, c));
+}
+const wchar_t* _strchr(const wchar_t* s, wchar_t c)
+{
+    return find_first(s, c);
+}
+wchar_t* _strchr(wchar_t* s, wchar_t c)
+{
+    return const_cast<wchar_t*>(find_first<wchar_t>(s, c));
+}
+
+const char* _strrchr(const char* s, char c)
+{
+    return find_last(s, c);
+}
+char* _strrchr(char* s, char c)
+{
+    return const_cast<char*>(find_last<char>(s, c));
+}
+const wchar_t* _strrchr(const wchar_t* s, wchar_t c)
+{
+    return find_last(s, c);
+}
+wchar_t* _strrchr(wchar_t* s, wchar_t c)
+{
+    return const_cast<wchar_t*>(find_last<wchar_t>(s, c));
+}
+
+char* _strcpy(char* dst, const char* src)
+{
+    return copy_bounded(dst, src == nullptr ? "" : src, SIZE_MAX);
+}
+
+wchar_t* _strcpy(wchar_t* dst, const wchar_t* src)
+{
+    return copy_bounded(dst, src, SIZE_MAX);
+}
+
+char* _strncpy(char* dst, const char* src, std::size_t n)
+{
+    return copy_bounded(dst, src, n);
+}
+
+wchar_t* _strncpy(wchar_t* dst, const wchar_t* src, std::size_t n)
+{
+    return copy_bounded(dst, src, n);
+}
+
+char* _strcat(char* dst, const char* src)
+{
+    _strcpy(dst + _strlen(dst), src);
+    return dst;
+}
+
+wchar_t* _strcat(wchar_t* dst, const wchar_t* src)
+{
+    _strcpy(dst + _strlen(dst), src);
+    return dst;
+}
+
+char* _strncat(char* dst, const char* src, std::size_t n)
+{
+    _strncpy(dst + _strlen(dst), src, n);
+    return dst;
+}
+
+int _strcmp(const char* a, const char* b)
+{
+    return compare(a, b, SIZE_MAX);
+}
+int _strcmp(const wchar_t* a, const wchar_t* b)
+{
+    return compare(a, b, SIZE_MAX);
+}
+int _strncmp(const char* a, const char* b, std::size_t n)
+{
+    return compare(a, b, n);
+}
+int _strncmp(const wchar_t* a, const wchar_t* b, std::size_t n)
+{
+    return compare(a, b, n);
+}
+
+int _strcasecmp(const char* a, const char* b)
+{
+    return compare_folded(a, b, SIZE_MAX);
+}
+int _strncasecmp(const char* a, const char* b, std::size_t n)
+{
+    return compare_folded(a, b, n);
+}
+
+int _strncasecmp(const wchar_t* a, const wchar_t* b, std::size_t n)
+{
+    return compare_folded(a, b, n);
+}
+
+const char* _strstr(const char* haystack, const char* needle)
+{
+    return find_text(haystack, needle);
+}
+
+char* _strstr(char* haystack, const char* needle)
+{
+    return const_cast<char*>(find_text<char>(haystack, needle));
+}
+
+const wchar_t* _strstr(const wchar_t* haystack, const wchar_t* needle)
+{
+    return find_text(haystack, needle);
+}
+
+wchar_t* _strstr(wchar_t* haystack, const wchar_t* needle)
+{
+    return const_cast<wchar_t*>(find_text<wchar_t>(haystack, needle));
+}
+
+const char* _strrstr(const char* haystack, const char* needle)
+{
+    for (std::size_t i = candidates(haystack, needle); i > 0; --i) {
+        if (starts_with(haystack + i - 1, needle)) {
+            return haystack + i - 1;
+        }
+    }
+    return nullptr;
+}
+
+char* _strrstr(char* haystack, const char* needle)
+{
+    return const_cast<char*>(_strrstr(static_cast<const char*>(haystack), needle));
+}
+
+const char* _stristr(const char* haystack, const char* needle)
+{
+    const std::size_t end = candidates(haystack, needle);
+    const std::size_t length = _strlen(needle);
+    for (std::size_t i = 0; i < end; ++i) {
+        if (_strncasecmp(haystack + i, needle, length) == 0) {
+            return haystack + i;
+        }
+    }
+    return nullptr;
+}
+
+char* _stristr(char* haystack, const char* needle)
+{
+    return const_cast<char*>(_stristr(static_cast<const char*>(haystack), needle));
+}
+
+} // namespace tovik
