@@ -1,0 +1,145 @@
+#include "bridge/ScriptObject.h"
+
+#include "bridge/PluginLoader.h"
+#include "plugin/plugin.h"
+#include "util/Codecs.h"
+#include "util/Owned.h"
+
+#include <climits>
+#include <cstdint>
+
+namespace {
+
+using OwnedScriptString = std::unique_ptr<OpaqueJSString, ReleaseWith<JSStringRelease>>;
+using OwnedScriptClass = std::unique_ptr<OpaqueJSClass, ReleaseWith<JSClassRelease>>;
+using OwnedUtf8 = std::unique_ptr<char, ReleaseWith<wa_free_utf8string>>;
+
+constexpr std::size_t kNumberCapacity = 16;
+
+void wa_init_cb(JSContextRef, JSObjectRef) noexcept { }
+void wa_finalize_cb(JSObjectRef) noexcept { }
+
+const JSStaticFunction wa_class_staticfuncs[] = {
+    {"GetProperty", wa_GetProperty, kJSPropertyAttributeNone},
+    {"SetProperty", wa_SetProperty, kJSPropertyAttributeNone},
+    {"EnumProperty", wa_EnumProperty, kJSPropertyAttributeNone},
+    {"Invoke", wa_Invoke, kJSPropertyAttributeNone},
+    {nullptr, nullptr, kJSPropertyAttributeNone},
+};
+
+const JSClassDefinition wa_class_def = [] {
+    JSClassDefinition definition = {};
+    definition.className = "Tovik";
+    definition.staticFunctions = wa_class_staticfuncs;
+    definition.initialize = wa_init_cb;
+    definition.finalize = wa_finalize_cb;
+    return definition;
+}();
+
+/// Drops the fraction; what a signed 64-bit integer cannot hold is the smallest one.
+long truncated(double number)
+{
+    constexpr double kLimit = 9223372036854775808.0;
+    return number > -kLimit && number < kLimit ? static_cast<long>(number) : LONG_MIN;
+}
+
+char* alloc_text_of_string(JSContextRef context, JSValueRef value)
+{
+    const OwnedScriptString string(JSValueToStringCopy(context, value, nullptr));
+    if (!string) {
+        return nullptr;
+    }
+    const std::size_t capacity = JSStringGetMaximumUTF8CStringSize(string.get());
+    char* text = new char[capacity];
+    text[0] = 0;
+    JSStringGetUTF8CString(string.get(), text, capacity);
+    return text;
+}
+
+/// Text of the argument at `index`; null when it is missing or cannot be converted.
+OwnedUtf8 argument_text(
+    JSContextRef context, size_t count, const JSValueRef arguments[], size_t index)
+{
+    return OwnedUtf8(index < count ? wa_alloc_utf8string(context, arguments[index]) : nullptr);
+}
+
+JSValueRef script_string(JSContextRef context, const char* text)
+{
+    const OwnedScriptString string(JSStringCreateWithUTF8CString(text == nullptr ? "" : text));
+    return JSValueMakeString(context, string.get());
+}
+
+} // namespace
+
+void wa_addJSClasses(JSGlobalContextRef context)
+{
+    const OwnedScriptClass scriptClass(JSClassCreate(&wa_class_def));
+    const OwnedScriptString name(JSStringCreateWithUTF8CString("Tovik"));
+    JSObjectSetProperty(context, JSContextGetGlobalObject(context), name.get(),
+        JSObjectMake(context, scriptClass.get(), nullptr), kJSPropertyAttributeNone, nullptr);
+}
+
+char* wa_alloc_utf8string(JSContextRef context, JSValueRef value)
+{
+    if (JSValueIsString(context, value)) {
+        return alloc_text_of_string(context, value);
+    }
+    if (!JSValueIsNumber(context, value)) {
+        return nullptr;
+    }
+    char* text = new char[kNumberCapacity];
+    // A number that does not fit leaves the empty string.
+    number2string(truncated(JSValueToNumber(context, value, nullptr)), text, kNumberCapacity);
+    return text;
+}
+
+void wa_free_utf8string(char* text)
+{
+    delete[] text;
+}
+
+JSValueRef wa_GetProperty(JSContextRef context, JSObjectRef, JSObjectRef, size_t count,
+    const JSValueRef arguments[], JSValueRef*) noexcept
+{
+    const OwnedUtf8 name = argument_text(context, count, arguments, 0);
+    void* plugin = name ? wa_GetPlugin() : nullptr;
+    return script_string(context, plugin == nullptr ? nullptr : P_GetProperty(plugin, name.get()));
+}
+
+JSValueRef wa_SetProperty(JSContextRef context, JSObjectRef, JSObjectRef, size_t count,
+    const JSValueRef arguments[], JSValueRef*) noexcept
+{
+    if (count >= 2) {
+        const OwnedUtf8 name = argument_text(context, count, arguments, 0);
+        const OwnedUtf8 value = name ? argument_text(context, count, arguments, 1) : nullptr;
+        void* plugin = value ? wa_GetPlugin() : nullptr;
+        if (plugin != nullptr) {
+            P_SetProperty(plugin, name.get(), value.get());
+        }
+    }
+    return JSValueMakeNull(context);
+}
+
+JSValueRef wa_EnumProperty(JSContextRef context, JSObjectRef, JSObjectRef, size_t count,
+    const JSValueRef arguments[], JSValueRef*) noexcept
+{
+    const char* answer = nullptr;
+    if (count >= 2) {
+        const OwnedUtf8 first = argument_text(context, count, arguments, 0);
+        const OwnedUtf8 second = first ? argument_text(context, count, arguments, 1) : nullptr;
+        void* plugin = second ? wa_GetPlugin() : nullptr;
+        if (plugin != nullptr) {
+            answer = P_EnumProperty(plugin, first.get(), second.get());
+        }
+    }
+    return script_string(context, answer);
+}
+
+JSValueRef wa_Invoke(JSContextRef context, JSObjectRef, JSObjectRef, size_t count,
+    const JSValueRef arguments[], JSValueRef*) noexcept
+{
+    const OwnedUtf8 name = argument_text(context, count, arguments, 0);
+    void* plugin = name ? wa_GetPlugin() : nullptr;
+    const unsigned long status = plugin == nullptr ? 0 : P_Invoke(plugin, name.get());
+    return JSValueMakeNumber(context, static_cast<std::int32_t>(status));
+}

@@ -1,0 +1,48 @@
+#include "bridge/WebExtension.h"
+
+#include "bridge/PluginLoader.h"
+#include "bridge/ScriptObject.h"
+#include "util/Layout.h"
+#include "util/StringUtil.h"
+
+#include <webkit2/webkit-web-extension.h>
+
+namespace {
+
+/// Loads lib<brand>.so with <brand>.conf from the directory of this library.
+void load_plugin_beside_module()
+{
+    char library[kPathCapacity];
+    char config[kPathCapacity];
+    char brand[6];
+    if (!osGetModuleRoot(library, sizeof library) || !osGetBrandName(brand, sizeof brand)
+        || tovik::_strlen(library) + tovik::_strlen(brand) + 6 >= kPathCapacity) {
+        return;
+    }
+    tovik::_strcat(tovik::_strcat(tovik::_strcpy(config, library), brand), ".conf");
+    tovik::_strcat(tovik::_strcat(tovik::_strcat(library, "lib"), brand), ".so");
+    if (osFileExist(library)) {
+        wa_LoadPlugin(library, osFileExist(config) ? config : nullptr, nullptr);
+    }
+}
+
+} // namespace
+
+void webkit_web_extension_initialize(WebKitWebExtension*) noexcept
+{
+    load_plugin_beside_module();
+    g_signal_connect(webkit_script_world_get_default(), "window-object-cleared",
+        G_CALLBACK(wa_window_object_cleared_cb), nullptr);
+}
+
+void wa_window_object_cleared_cb(
+    WebKitScriptWorld* world, WebKitWebPage*, WebKitFrame* frame, void*) noexcept
+{
+    // The successor of this call speaks GLib's script types; the script class needs the C ones.
+    G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+    JSGlobalContextRef context = webkit_frame_get_javascript_context_for_script_world(frame, world);
+    G_GNUC_END_IGNORE_DEPRECATIONS
+    if (context != nullptr) {
+        wa_addJSClasses(context);
+    }
+}

@@ -1,0 +1,12 @@
+#include "webapp/ShellState.h"
+
+constinit int g_ARGC = 0;
+constinit char** g_ARGV = nullptr;
+constinit std::uint32_t g_Verbose = 0;
+constinit WebKitWebView* g_WebView = nullptr;
+constinit GtkWidget* g_MainWindow = nullptr;
+constinit std::uint32_t g_Size = 0;
+constinit OwnedText g_Status;
+constinit OwnedText g_Response;
+constinit OwnedText g_URL;
+constinit OwnedText g_Content;

@@ -1,0 +1,148 @@
+#include "webapp/StartPage.h"
+
+#include "bridge/WebBridge.h"
+#include "util/MemoryUtil.h"
+#include "util/StringUtil.h"
+#include "util/Utility.h"
+#include "webapp/ProcessArguments.h"
+#include "webapp/ShellState.h"
+#include "webapp/Trace.h"
+
+#include <utility>
+
+namespace {
+
+constexpr std::size_t kLongestPath = kPathCapacity - 1;
+
+bool find_beside_library(char* path, const char* name, std::size_t nameLength)
+{
+    // The length is tested first: the capacity left for the directory would fall below zero.
+    if (nameLength >= kPathCapacity || !osGetModulePath(path, kPathCapacity - nameLength)) {
+        return false;
+    }
+    char* slash = tovik::_strrchr(path, '/');
+    if (slash == nullptr) {
+        return false;
+    }
+    tovik::_strcpy(slash + 1, name);
+    return osFileExist(path);
+}
+
+bool find_under_root(char* path, const char* name, std::size_t nameLength)
+{
+    const char* root = nullptr;
+    if (wa_get_argument("-root", &root) == 0 || tovik::_strlen(root) + nameLength > kLongestPath) {
+        return false;
+    }
+    tovik::_strcat(tovik::_strcpy(path, root), name);
+    return osFileExist(path);
+}
+
+bool find_in_system(char* path, const char* brand, const char* name, std::size_t nameLength)
+{
+    if (nameLength + 16 > kLongestPath) {
+        return false;
+    }
+    tovik::_strcat(tovik::_strcpy(path, "/etc/"), brand);
+    tovik::_strcat(tovik::_strcat(path, "/"), name);
+    return osFileExist(path);
+}
+
+} // namespace
+
+void wa_translate_url(int argc, char** argv, const char* url)
+{
+    if (tovik::_strncmp(url, "res://", 6) == 0) {
+        wa_translate_url_resource(argc, argv, url);
+    } else {
+        wa_translate_url_path(argc, argv, url);
+    }
+}
+
+void wa_translate_url_resource(int argc, char** argv, const char* url)
+{
+    g_Content.reset(wa_load_url_resource(url));
+    const char* query = nullptr;
+    if (g_Content && get_url_arguments(argc, argv, &query) != 0) {
+        g_Content = insert_startup_argument(std::move(g_Content), query);
+    }
+}
+
+void wa_translate_url_path(int argc, char** argv, const char* url)
+{
+    g_URL.reset();
+    OwnedText location;
+    if (tovik::_strstr(url, "://") != nullptr) {
+        location.reset(tovik::_strnew(url));
+    } else {
+        const OwnedText path(wa_gui_file_path(url));
+        if (!path) {
+            return;
+        }
+        location.reset(tovik::_strconcat("file://", path.get()));
+    }
+    const char* query = nullptr;
+    if (tovik::_strchr(url, '?') == nullptr && get_url_arguments(argc, argv, &query) != 0) {
+        location.reset(tovik::_strconcat(location.get(), "?", query));
+    }
+    g_URL = std::move(location);
+    wa_trace("URL:", g_URL.get());
+}
+
+char* wa_gui_file_path(const char* name)
+{
+    char brand[8];
+    if (!osGetBrandName(brand, sizeof brand)) {
+        return nullptr;
+    }
+    OwnedText path(new char[kPathCapacity]);
+    const std::size_t length = tovik::_strlen(name);
+    if (!find_beside_library(path.get(), name, length) && !find_under_root(path.get(), name, length)
+        && !find_in_system(path.get(), brand, name, length)) {
+        return nullptr;
+    }
+    wa_trace("Path:", path.get());
+    return path.release();
+}
+
+char* wa_gui_icon_path()
+{
+    return wa_gui_file_path("logo.ico");
+}
+
+int get_url_arguments(int argc, char** argv, const char** query)
+{
+    for (int i = 0; i < argc; ++i) {
+        const char* behindScheme = tovik::_strstr(argv[i], "://");
+        if (behindScheme != nullptr) {
+            const char* mark = tovik::_strchr(behindScheme + 3, '?');
+            if (mark == nullptr) {
+                return 0;
+            }
+            *query = mark + 1;
+            return 1;
+        }
+    }
+    return 0;
+}
+
+int wa_get_url_arguments(const char** query)
+{
+    return get_url_arguments(g_ARGC, g_ARGV, query);
+}
+
+OwnedText insert_startup_argument(OwnedText page, const char* query)
+{
+    const char* quote = tovik::_strchr(tovik::_strstr(page.get(), "STARTUP_ARG"), '"');
+    if (quote == nullptr || quote[1] != '"') {
+        return page;
+    }
+    const auto head = static_cast<std::size_t>(quote + 1 - page.get());
+    const std::size_t length = tovik::_strlen(page.get());
+    const std::size_t queryLength = tovik::_strlen(query);
+    OwnedText filled(new char[length + queryLength + 1]);
+    tovik::_memcpy(filled.get(), page.get(), head);
+    tovik::_memcpy(filled.get() + head, query, queryLength);
+    tovik::_memcpy(filled.get() + head + queryLength, page.get() + head, length - head + 1);
+    return filled;
+}

@@ -1,0 +1,84 @@
+#include "webapp/View.h"
+
+#include "bridge/WebBridge.h"
+#include "util/StringUtil.h"
+#include "webapp/OwnedObject.h"
+#include "webapp/PageActions.h"
+#include "webapp/ShellState.h"
+#include "webapp/Trace.h"
+
+void create_view(WebKitWebContext* context, const char* userAgent)
+{
+    g_signal_connect(
+        context, "initialize-web-extensions", G_CALLBACK(wa_web_init_web_extension_cb), nullptr);
+    webkit_website_data_manager_set_tls_errors_policy(
+        webkit_web_context_get_website_data_manager(context), WEBKIT_TLS_ERRORS_POLICY_IGNORE);
+    g_WebView = WEBKIT_WEB_VIEW(webkit_web_view_new_with_context(context));
+    wa_update_settings(g_WebView, userAgent);
+    g_signal_connect(g_WebView, "decide-policy", G_CALLBACK(wa_web_decide_policy_cb), nullptr);
+    g_signal_connect(
+        g_WebView, "load-failed-with-tls-errors", G_CALLBACK(wa_web_load_failed_tls_cb), nullptr);
+    g_signal_connect(g_WebView, "authenticate", G_CALLBACK(wa_web_authenticate_cb), nullptr);
+}
+
+void wa_update_settings(WebKitWebView* view, const char* userAgent)
+{
+    const OwnedObject<WebKitSettings> settings(webkit_settings_new());
+    if (!settings) {
+        return;
+    }
+    webkit_settings_set_enable_javascript(settings.get(), TRUE);
+    webkit_settings_set_javascript_can_access_clipboard(settings.get(), TRUE);
+    webkit_settings_set_allow_file_access_from_file_urls(settings.get(), TRUE);
+    webkit_settings_set_allow_universal_access_from_file_urls(settings.get(), TRUE);
+    wa_update_useragent(settings.get(), userAgent);
+    webkit_web_view_set_settings(view, settings.get());
+}
+
+void wa_update_useragent(WebKitSettings* settings, const char* userAgent)
+{
+    OwnedText combined;
+    if (tovik::_strlen(userAgent) == 0) {
+        char info[64];
+        const char* own = webkit_settings_get_user_agent(settings);
+        if (!wa_user_agent_info(info, sizeof info) || own == nullptr) {
+            return;
+        }
+        combined.reset(tovik::_strconcat(info, " ", own));
+        userAgent = combined.get();
+    }
+    wa_trace("UserAgent:", userAgent);
+    webkit_settings_set_user_agent(settings, userAgent);
+}
+
+void wa_open_view()
+{
+    if (g_Content) {
+        webkit_web_view_load_html(g_WebView, g_Content.get(), "file://");
+    } else if (g_URL) {
+        webkit_web_view_load_uri(g_WebView, g_URL.get());
+    }
+}
+
+gboolean wa_web_load_failed_tls_cb(WebKitWebView* view, char* failingUri,
+    GTlsCertificate* certificate, GTlsCertificateFlags, void*) noexcept
+{
+    WebKitWebContext* context = webkit_web_view_get_context(view);
+    const char* host = tovik::_strstr(failingUri, "://");
+    if (context == nullptr || host == nullptr) {
+        return FALSE;
+    }
+    const OwnedText name(tovik::_strnew(host + 3));
+    char* slash = tovik::_strchr(name.get(), '/');
+    if (slash != nullptr) {
+        *slash = 0;
+    }
+    webkit_web_context_allow_tls_certificate_for_host(context, certificate, name.get());
+    wa_open_view();
+    return TRUE;
+}
+
+gboolean wa_web_authenticate_cb(WebKitWebView*, WebKitAuthenticationRequest*, void*) noexcept
+{
+    return TRUE;
+}
