@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Installs every package that building, running and testing Tovik needs on Debian 12. Asks
+# nothing, uses sudo when it is not run by root, and does nothing when all is there.
+set -euo pipefail
+
+packages=(
+    # building
+    g++ cmake ninja-build pkg-config libgtk-3-dev libwebkit2gtk-4.1-dev
+    # running without a display
+    xvfb xauth imagemagick x11-apps
+    # testing
+    libgtest-dev libgmock-dev openbox xdotool x11-utils clang-format clang-tidy python3
+    # measuring
+    libbenchmark-dev
+)
+
+missing=()
+for package in "${packages[@]}"; do
+    state=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+    [ "$state" = installed ] || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+as_root=()
+[ "$(id -u)" -eq 0 ] || as_root=(sudo)
+echo "Installing: ${missing[*]}"
+"${as_root[@]}" apt-get update -qq
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
