@@ -1,0 +1,136 @@
+#include "util/Arguments.h"
+
+#include <climits>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+std::vector<std::string> strings_of(char** list, int count)
+{
+    EXPECT_NE(list, nullptr);
+    EXPECT_EQ(list[count], nullptr);
+    return {list, list + count};
+}
+
+/// An argument vector over texts of the test.
+class Vector {
+public:
+    Vector(std::initializer_list<const char*> texts)
+    {
+        for (const char* text : texts) {
+            m_entries.push_back(const_cast<char*>(text));
+        }
+    }
+    int count() const { return static_cast<int>(m_entries.size()); }
+    char** list() { return m_entries.data(); }
+
+private:
+    std::vector<char*> m_entries;
+};
+
+} // namespace
+
+TEST(ArgumentList, IsSplitAtSpacesAndQuotes)
+{
+    const struct {
+        const char* text;
+        std::vector<std::string> arguments;
+    } rows[] = {
+        {nullptr, {}},
+        {"", {}},
+        {"   ", {""}},
+        {"a \"b c\" d", {"a", "b c", "d"}},
+        {"  a   b  ", {"a", "b"}},
+        {"\"\"", {""}},
+        {"\"\" x", {"", "x"}},
+        {"\"abc", {"abc"}},
+        {"\"ab\"cd", {"ab", "cd"}},
+        {"\"ab\"\"cd\"", {"ab", "cd"}},
+        {"ab\"cd ef\"", {"ab\"cd", "ef\""}},
+        {"a \"", {"a", ""}},
+        {"\"a\" ", {"a"}},
+        {"a\tb\n", {"a\tb\n"}},
+    };
+    for (const auto& row : rows) {
+        int count = -1;
+        const OwnedList list(alloc_argument_list(row.text, &count));
+        EXPECT_EQ(strings_of(list.get(), count), row.arguments) << row.text;
+    }
+}
+
+TEST(ArgumentList, IsJoinedAsFreshCopies)
+{
+    Vector first = {"a", "b", "c"};
+    Vector second = {"d", nullptr, "f"};
+    const struct {
+        int firstCount;
+        int secondCount;
+        std::vector<std::string> joined;
+    } rows[] = {
+        {2, 3, {"a", "b", "d", "", "f"}},
+        {0, 1, {"d"}},
+        {1, -7, {"a"}},
+        {-1, 0, {}},
+    };
+    for (const auto& row : rows) {
+        const OwnedList list(
+            append_argument_list(first.list(), row.firstCount, second.list(), row.secondCount));
+        EXPECT_EQ(strings_of(list.get(), static_cast<int>(row.joined.size())), row.joined);
+        EXPECT_TRUE(row.joined.empty() || list[0] != first.list()[0]);
+    }
+    const OwnedList none(append_argument_list(nullptr, 0, nullptr, 0));
+    EXPECT_EQ(none[0], nullptr);
+    free_argument_list(nullptr);
+}
+
+TEST(OptionLookup, TakesTheFirstMatchAndItsValue)
+{
+    Vector arguments = {"-url", "index.html", nullptr, "-verbose", "-size", "0x10", "-size", "7",
+        "-n", nullptr, "-wait"};
+    const struct {
+        const char* name;
+        int found;
+        const char* value;
+        unsigned int number;
+    } rows[] = {
+        {"-url", 1, "index.html", 0},
+        {"index.html", 1, "", 0}, // a null entry counts as no value
+        {"-verbose", 1, "", 0},
+        {"-size", 1, "0x10", 16},
+        {"-n", 1, "", 0},
+        {"-wait", 1, "", 0},
+        {"-WAIT", 0, nullptr, 99},
+        {nullptr, 0, nullptr, 99},
+    };
+    for (const auto& row : rows) {
+        const char* value = "unset";
+        unsigned int number = 99;
+        const int count = arguments.count();
+        EXPECT_EQ(get_argument(count, arguments.list(), row.name, &value), row.found) << row.name;
+        EXPECT_STREQ(value, row.value) << row.name;
+        EXPECT_EQ(get_argument(count, arguments.list(), row.name, &number), row.found);
+        EXPECT_EQ(number, row.number) << row.name;
+        EXPECT_EQ(has_argument(count, arguments.list(), row.name), row.found) << row.name;
+    }
+    const char* value = "unset";
+    EXPECT_EQ(get_argument(0, nullptr, "-url", &value), 0);
+    EXPECT_EQ(value, nullptr);
+    EXPECT_EQ(has_argument(-1, nullptr, "-url"), 0);
+}
+
+TEST(StringToNumber, ReadsHexadecimalOnlyAfterALowerCasePrefix)
+{
+    const std::pair<const char*, long> rows[] = {{"0x1F", 31}, {"0X1F", 0}, {"-7", -7}, {"42", 42},
+        {"08", 8}, {"", 0}, {"0x", 0}, {" +5z", 5}, {"0xFFFFFFFF", 4294967295},
+        {"99999999999999999999", LONG_MAX}, {"-99999999999999999999", LONG_MIN}};
+    for (const auto& [text, number] : rows) {
+        EXPECT_EQ(string2number(text), number) << text;
+    }
+    const std::pair<const char*, unsigned int> hexadecimal[]
+        = {{"1f", 31}, {"1F", 31}, {"12 34", 4660}, {"123456789", 591751049}, {"", 0}, {"xyz", 0}};
+    for (const auto& [text, number] : hexadecimal) {
+        EXPECT_EQ(hex2num(text), number) << text;
+    }
+}
