@@ -19,7 +19,7 @@ public:
     ~TempDirectory() { std::filesystem::remove_all(m_path); }
 
     const std::filesystem::path& path() const { return m_path; }
-    std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
+    std::string operator/(const std::string& name) const { return m_path / name; }
 
     /// Writes a file, its directories included, and returns its path.
     std::string write(const std::string& name, const std::string& content) const

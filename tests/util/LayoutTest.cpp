@@ -92,9 +92,9 @@ TEST_F(Layout, FindsTheLibraryBesideTheProgramThenInLib)
     EXPECT_EQ(output(program + " library 20"), "0|");
     EXPECT_EQ(output(program + " library 0"), "0|");
     m_root.write("opt/lib/libab.so", "");
-    EXPECT_EQ(output(program + " library"), "1|" + (m_root / "opt/lib/libab.so").string());
+    EXPECT_EQ(output(program + " library"), "1|" + (m_root / "opt/lib/libab.so"));
     m_root.write("opt/bin/libab.so", "");
-    EXPECT_EQ(output(program + " library"), "1|" + (m_root / "opt/bin/libab.so").string());
+    EXPECT_EQ(output(program + " library"), "1|" + (m_root / "opt/bin/libab.so"));
     const std::size_t directory = program.size() - std::string("ab_tool").size();
     EXPECT_EQ(
         output(program + " library " + std::to_string(directory + 14)), "0|/usr/lib/libab.so");

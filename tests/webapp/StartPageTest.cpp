@@ -1,0 +1,147 @@
+// What the shell computes from texts alone: start page, redirect, trace.
+#include "webapp/StartPage.h"
+
+#include "tests/support/TempDirectory.h"
+#include "util/Arguments.h"
+#include "webapp/PageActions.h"
+#include "webapp/ShellState.h"
+#include "webapp/Trace.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+OwnedText text_of(const char* text)
+{
+    const std::size_t size = std::string(text).size() + 1;
+    OwnedText copy(new char[size]);
+    std::copy(text, text + size, copy.get());
+    return copy;
+}
+
+/// Makes the process arguments those of a command line, for the life of this object.
+class ProcessArguments {
+public:
+    explicit ProcessArguments(const std::string& commandLine)
+        : m_list(alloc_argument_list(commandLine.c_str(), &g_ARGC))
+    {
+        g_ARGV = m_list.get();
+    }
+    ~ProcessArguments() { g_ARGC = 0; }
+
+private:
+    OwnedList m_list;
+};
+
+} // namespace
+
+TEST(StartupArgument, IsWrittenIntoTheFirstEmptyLiteral)
+{
+    const char* const rows[][3] = {
+        {"var STARTUP_ARG = \"\";", "a=1&b", "var STARTUP_ARG = \"a=1&b\";"},
+        {"STARTUP_ARG\n'x'\"\"\"\"", "q", "STARTUP_ARG\n'x'\"q\"\"\""},
+        {"STARTUP_ARG=\"x\", b=\"\"", "q", "STARTUP_ARG=\"x\", b=\"\""},
+        {"startup_arg=\"\"", "q", "startup_arg=\"\""},
+        {"\"\" STARTUP_ARG", "q", "\"\" STARTUP_ARG"},
+        {"STARTUP_ARG \"", "q", "STARTUP_ARG \""},
+        {"STARTUP_ARG \"\"", "", "STARTUP_ARG \"\""},
+        {"STARTUP_ARG \"\"", "\"%\\", "STARTUP_ARG \"\"%\\\""},
+        {"", "q", ""},
+    };
+    for (const auto& [page, query, filled] : rows) {
+        EXPECT_STREQ(insert_startup_argument(text_of(page), query).get(), filled) << page;
+    }
+}
+
+TEST(UrlQuery, ComesFromTheFirstUrlAlone)
+{
+    const std::pair<const char*, const char*> rows[] = {
+        {"tovik demo://x?a=1&b", "a=1&b"},
+        {"tovik demo://x demo://y?a=1", "unset"},
+        {"tovik a?b demo://x?", ""},
+        {"tovik -url file:///p?x=1 demo://y?a=1", "x=1"},
+        {"tovik ?a://b", "unset"},
+        {"tovik a?b://c?d", "d"},
+        {"tovik", "unset"},
+        {"", "unset"},
+    };
+    for (const auto& [commandLine, expected] : rows) {
+        const ProcessArguments arguments(commandLine);
+        const char* query = "unset";
+        EXPECT_EQ(wa_get_url_arguments(&query), std::string(expected) != "unset") << commandLine;
+        EXPECT_STREQ(query, expected) << commandLine;
+    }
+}
+
+TEST(Redirect, IsCutAtTheTokenAndDecoded)
+{
+    const std::pair<const char*, const char*> rows[] = {
+        {"redirect=http%3A%2F%2Fx%2F%3Fa", "http://x/?a"},
+        {"a=1&redirect=x&b=2&autostarttoken=t&c", "x&b=2"},
+        {"autostarttoken=1&redirect=a+b", "a b"},
+        {"redirect=", ""},
+        {"redirect=a&redirect=b", "a&redirect=b"},
+    };
+    for (const auto& [query, redirect] : rows) {
+        EXPECT_STREQ(redirect_of_query(query).get(), redirect) << query;
+    }
+    EXPECT_EQ(redirect_of_query("Redirect=a"), nullptr);
+}
+
+TEST(FileSearch, SkipsNamesThatDoNotFit)
+{
+    const TempDirectory directory;
+    const std::string file = directory.write("page.html", "");
+    const ProcessArguments arguments("tovik -root " + directory.path().string() + "/");
+    EXPECT_STREQ(OwnedText(wa_gui_file_path("page.html")).get(), file.c_str());
+    for (const std::size_t length : {241U, 259U, 260U, 300U, 100000U}) {
+        EXPECT_EQ(wa_gui_file_path(std::string(length, 'x').c_str()), nullptr) << length;
+    }
+    // The longest path that fits: slashes may be repeated.
+    const std::size_t room = 259 - directory.path().string().size() - 1;
+    const std::string longest = std::string(room - 9, '/') + "page.html";
+    EXPECT_NE(OwnedText(wa_gui_file_path(longest.c_str())), nullptr);
+    EXPECT_EQ(wa_gui_file_path(("/" + longest).c_str()), nullptr);
+    // No separator is put between the root and the name.
+    const ProcessArguments bare("tovik -root " + directory.path().string());
+    EXPECT_EQ(wa_gui_file_path("page.html"), nullptr);
+    EXPECT_NE(OwnedText(wa_gui_file_path("/page.html")), nullptr);
+    // The empty name finds the directory of the library.
+    EXPECT_STREQ(OwnedText(wa_gui_file_path("")).get(),
+        (std::filesystem::canonical("/proc/self/exe").parent_path().string() + "/").c_str());
+}
+
+TEST(Trace, IsDecidedOnceFromTheProcessArguments)
+{
+    g_Verbose = 0;
+    testing::internal::CaptureStdout();
+    wa_trace("Action:", "exit");
+    {
+        const ProcessArguments arguments("tovik -verbose");
+        EXPECT_EQ(wa_verbose(), 0) << "the first answer holds";
+        g_Verbose = 0;
+        EXPECT_EQ(wa_verbose(), 1);
+    }
+    wa_trace("Action:", "exit");
+    wa_trace("Path:");
+    wa_trace(nullptr, "text");
+    wa_trace(static_cast<const char*>(nullptr));
+    wa_trace("Screen size", 0x07800410);
+    wa_trace(nullptr, 10);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+        "App - Action: exit\nApp - Path: \nApp -  text\nApp - Screen size 0x07800410\n"
+        "App -  0x0000000A\n");
+    g_Verbose = 0;
+}
+
+TEST(ArgumentCopies, EndWithNull)
+{
+    const ProcessArguments arguments("tovik \"\" -x");
+    const OwnedArgumentCopies copies(wa_copy_argument_list());
+    EXPECT_STREQ(copies[0], "tovik");
+    EXPECT_STREQ(copies[1], "");
+    EXPECT_STREQ(copies[2], "-x");
+    EXPECT_EQ(copies[3], nullptr);
+    g_ARGC = -1;
+    EXPECT_EQ(OwnedArgumentCopies(wa_copy_argument_list())[0], nullptr);
+}
