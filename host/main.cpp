@@ -68,10 +68,11 @@ bool library_path(char (&path)[PATH_MAX])
         }
         *slash = 0;
     }
-    if (std::strlen(path) + sizeof kLibrary > sizeof path) {
+    const std::size_t length = std::strlen(path);
+    if (length + sizeof kLibrary > sizeof path) {
         return false;
     }
-    std::strcat(path, kLibrary);
+    std::memcpy(path + length, kLibrary, sizeof kLibrary);
     return true;
 }
 

@@ -127,7 +127,7 @@ void CWrapperPlugin::Finalize()
         m_finalize(m_instance);
         m_instance = nullptr;
     }
-    Release();
+    Release(); // NOLINT(clang-analyzer-optin.cplusplus.VirtualCall): the destructor means its own
 }
 
 bool CWrapperPlugin::IsInitialized()

@@ -7,9 +7,9 @@ packages=(
     # building
     g++ cmake ninja-build pkg-config libgtk-3-dev libwebkit2gtk-4.1-dev
     # running without a display
-    xvfb xauth imagemagick x11-apps
+    xvfb xauth xdotool imagemagick
     # testing
-    libgtest-dev libgmock-dev openbox xdotool x11-utils clang-format clang-tidy python3
+    libgtest-dev libgmock-dev openbox x11-utils clang-format clang-tidy python3 openssl
     # measuring
     libbenchmark-dev
 )

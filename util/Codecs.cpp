@@ -18,7 +18,7 @@ constexpr std::array<std::int32_t, 128> kBase64Values = [] {
     std::int32_t next = 0;
     for (const char* c = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
          *c != 0; ++c) {
-        values[static_cast<std::size_t>(*c)] = next++;
+        values[static_cast<unsigned char>(*c)] = next++;
     }
     return values;
 }();

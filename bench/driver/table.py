@@ -1,0 +1,100 @@
+"""The table of results: its rows, their judgement, and its place in the document."""
+
+import os
+import re
+import subprocess
+from dataclasses import dataclass
+from pathlib import Path
+
+BEGIN = "<!-- measured: begin -->"
+END = "<!-- measured: end -->"
+
+
+@dataclass
+class Row:
+    """A ratio beside the wanted one, both with two decimals. `at_most` tells whether the ratio is
+    ours by the reference's, and may not exceed the wanted one, or the reference's by ours, and has
+    to reach it."""
+
+    what: str
+    against: str
+    ours: str
+    theirs: str
+    ratio: float
+    wanted: float
+    at_most: bool = True
+    judged: bool = True
+
+    def verdict(self):
+        if not self.judged:
+            return "not judged"
+        ratio = round(self.ratio, 2)
+        met = ratio <= self.wanted if self.at_most else ratio >= self.wanted
+        return "met" if met else "missed"
+
+    def cells(self):
+        bound = "at most" if self.at_most else "at least"
+        return [
+            self.what,
+            self.against,
+            self.ours,
+            self.theirs,
+            f"{self.ratio:.2f}",
+            f"{bound} {self.wanted:.2f}",
+            self.verdict(),
+        ]
+
+
+def cost_row(what, against, ours, theirs, unit, wanted, judged=True):
+    """Row of what we take by what the reference takes."""
+    return Row(what, against, unit(ours), unit(theirs), ours / theirs, wanted, True, judged)
+
+
+def speed_row(what, against, ours, theirs, unit, wanted):
+    """Row of how many times faster than the reference we are."""
+    return Row(what, against, unit(ours), unit(theirs), theirs / ours, wanted, False)
+
+
+def nanoseconds(value):
+    for limit, unit in ((1e3, "ns"), (1e6, "µs"), (1e9, "ms")):
+        if value < limit:
+            return f"{value / limit * 1e3:.3g} {unit}"
+    return f"{value / 1e9:.3g} s"
+
+
+def milliseconds(value):
+    return f"{value:.1f} ms"
+
+
+def memory_size(value):
+    """Of a number of KiB."""
+    return f"{value / 1024:.1f} MiB"
+
+
+def render(rows):
+    head = ["What", "Against", "Tovik", "Reference", "Ratio", "Wanted", "Verdict"]
+    lines = [head] + [row.cells() for row in rows]
+    widths = [max(len(line[i]) for line in lines) for i in range(len(head))]
+    text = [
+        "| " + " | ".join(cell.ljust(width) for cell, width in zip(line, widths)) + " |"
+        for line in lines
+    ]
+    text.insert(1, "|" + "|".join("-" * (width + 2) for width in widths) + "|")
+    return "\n".join(text)
+
+
+def machine_line(rounds):
+    cpu = re.search(r"model name\s*: (.*)", Path("/proc/cpuinfo").read_text(encoding="utf-8"))
+    webkit = subprocess.run(
+        ["pkg-config", "--modversion", "webkit2gtk-4.1"], capture_output=True, text=True, check=True
+    ).stdout.strip()
+    model = cpu.group(1) if cpu else os.uname().machine
+    return f"{model}, {os.cpu_count()} cores, WebKitGTK {webkit}, {rounds} rounds"
+
+
+def write_document(path, machine, rows):
+    """Replaces what stands between the two marks of the document."""
+    before, rest = path.read_text(encoding="utf-8").split(BEGIN)
+    after = rest.split(END)[1]
+    text = f"{before}{BEGIN}\n{machine}\n\n{render(rows)}\n{END}{after}"
+    path.write_text(text, encoding="utf-8")

@@ -1,0 +1,7 @@
+// Pages.h: the pages that the plug-in delivers itself, for start pages of the form res://PATH.
+#pragma once
+
+#include <string>
+
+/// The page at `path` in base64, the form in which the host asks for it; empty when there is none.
+std::string encoded_page(const std::string& path);

@@ -1,0 +1,95 @@
+/* plugin.h: what a native plug-in for Tovik exports.
+ *
+ * A plug-in is a shared library, lib<brand>.so (libtovik.so by default), with six C functions in
+ * one of two generations: the newer names begin with "Plg", the older ones with "P_". Write the
+ * newer set; the older one is for plug-ins that exist already. A set counts only when it is
+ * complete, and of two complete sets the newer one is used.
+ *
+ * Who calls: two processes, each with an instance of its own, that share nothing but files. The
+ * user-interface process reads properties: UserAgentId, ProductInfo, MachineInfo, Web:<path>,
+ * ConfigGlobal:Command:App. The web process forwards what page scripts ask of the global object
+ * `Tovik`. Each calls from one thread, and a script waits until the plug-in returns.
+ *
+ * When: a process may load the library, close it and load it again, so that constructors of
+ * static objects run more than once. At the end of a process the static objects of a plug-in are
+ * destroyed before its finalise function is called: keep what that needs in the instance, or
+ * in objects that are never destroyed. The web process may be ended without any call.
+ *
+ * Texts are NUL-terminated byte strings, UTF-8 where a page is involved. A text that the plug-in
+ * receives belongs to the caller and is gone after the call. A text that it returns stays the
+ * plug-in's own, is never freed by the caller, and has to live until the next call of any of its
+ * functions. Null stands for no text; one that is not UTF-8 reaches a page as the empty string.
+ *
+ * Nothing may be thrown out of these functions: it would end the process.
+ *
+ * Link a plug-in with -Wl,-Bsymbolic, so that its own calls stay its own where the process
+ * already has functions of these names. This header is C99 and C++ and needs no other.
+ */
+#ifndef TOVIK_PLUGIN_H
+#define TOVIK_PLUGIN_H
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#define TOVIK_PLUGIN_EXPORT __attribute__((visibility("default")))
+
+/* Results of invoke functions carry the numbers of PKCS #11 return values. The page receives the
+ * low 32 bits as a signed number. 0 is also what a page sees without a plug-in; 6 is what it sees
+ * when the call could not be made. */
+#define TOVIK_OK 0x00000000UL /* CKR_OK */
+#define TOVIK_FUNCTION_FAILED 0x00000006UL /* CKR_FUNCTION_FAILED */
+#define TOVIK_FUNCTION_NOT_SUPPORTED 0x00000054UL /* CKR_FUNCTION_NOT_SUPPORTED */
+#define TOVIK_PIN_INCORRECT 0x000000A0UL /* CKR_PIN_INCORRECT */
+#define TOVIK_PIN_LOCKED 0x000000A4UL /* CKR_PIN_LOCKED */
+
+/* ---- The newer set ---- */
+
+/* Creates the plug-in's instance and stores it in *instance, the value that all other functions
+ * receive. The four reserved arguments are null. Returns any non-null pointer on success, null on
+ * failure; after a failure the function may be called again. The whole pointer counts, not its
+ * low 32 bits. When the library was found by a path, the property "WorkingDirectory" is set right
+ * after a success: the library's directory, with its trailing "/". */
+TOVIK_PLUGIN_EXPORT void* PlgInitialize(
+    void* reserved1, void* reserved2, void* reserved3, void* reserved4, void** instance);
+
+/* Ends the instance. Called once before the library is closed, if the instance is not null. */
+TOVIK_PLUGIN_EXPORT void PlgFinalize(void* instance);
+
+/* Sets a property. */
+TOVIK_PLUGIN_EXPORT void PlgSetProperty(void* instance, const char* name, const char* value);
+
+/* Value of a property, or null. */
+TOVIK_PLUGIN_EXPORT const char* PlgGetProperty(void* instance, const char* name);
+
+/* Answers an enumeration; what the two texts and the answer mean is between plug-in and page. */
+TOVIK_PLUGIN_EXPORT const char* PlgEnumProperty(
+    void* instance, const char* first, const char* second);
+
+/* Runs a command and returns its status. */
+TOVIK_PLUGIN_EXPORT unsigned long PlgInvoke(void* instance, const char* name);
+
+/* ---- The older set ---- */
+
+/* Creates the plug-in's instance and returns it; null on failure.
+ * text          null
+ * globalConfig  path of an existing <brand>.conf beside the library, or null
+ * localConfig   path given by the option "-config", or null; always null in the web process
+ * callback      null
+ */
+TOVIK_PLUGIN_EXPORT void* P_Initialize(const char* text, const char* globalConfig,
+    const char* localConfig, void (*callback)(const char* text, unsigned long number));
+
+/* As their namesakes of the newer set. No "WorkingDirectory" is set. */
+TOVIK_PLUGIN_EXPORT void P_Finalize(void* instance);
+TOVIK_PLUGIN_EXPORT void P_SetProperty(void* instance, const char* name, const char* value);
+TOVIK_PLUGIN_EXPORT const char* P_GetProperty(void* instance, const char* name);
+TOVIK_PLUGIN_EXPORT const char* P_EnumProperty(
+    void* instance, const char* first, const char* second);
+TOVIK_PLUGIN_EXPORT unsigned long P_Invoke(void* instance, const char* name);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,224 @@
+// Finding the plug-in, and what the shell takes from it.
+#include "bridge/InfoTexts.h"
+#include "bridge/WebBridge.h"
+#include "plugin/plugin.h"
+#include "tests/support/TempDirectory.h"
+#include "util/Utility.h"
+#include "webapp/ShellState.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class PluginUser : public testing::Test {
+protected:
+    ~PluginUser() override
+    {
+        wa_FreePlugin();
+        g_ARGC = 0;
+        g_Verbose = 0;
+    }
+
+    /// Makes the process arguments those of a command line, with tracing on.
+    void set_arguments(const std::string& commandLine)
+    {
+        m_list.reset(alloc_argument_list(commandLine.c_str(), &g_ARGC));
+        g_ARGV = m_list.get();
+        g_Verbose = 1;
+    }
+
+    /// What wa_GetPlugin() traces.
+    static std::string traced()
+    {
+        testing::internal::CaptureStdout();
+        wa_GetPlugin();
+        return testing::internal::GetCapturedStdout();
+    }
+
+    /// The plug-in with this property, loaded afresh.
+    void load_with(const char* variable, const char* value)
+    {
+        wa_FreePlugin();
+        setenv(variable, value, 1);
+        set_arguments("tovik -plugin " PLUGINS "/newer/libtovik.so");
+        g_Verbose = 2;
+        ASSERT_NE(wa_GetPlugin(), nullptr);
+        unsetenv(variable);
+    }
+
+    OwnedList m_list;
+    TempDirectory m_directory;
+};
+
+std::string brand()
+{
+    char name[8];
+    return osGetBrandName(name, sizeof name) ? name : "";
+}
+
+} // namespace
+
+TEST_F(PluginUser, FindsThePluginByTheOptions)
+{
+    const std::string newer = PLUGINS "/newer/libtovik.so";
+    const std::string root = m_directory.path();
+    const std::string library = root + "/lib" + brand() + ".so";
+    const std::string config = m_directory.write(brand() + ".conf", "");
+    const std::string path = m_directory.path().string() + "/";
+    const std::string fits = path + std::string(259 - path.size(), 'x');
+    const auto lines
+        = [](const std::string& found, const std::string& global, const std::string& local) {
+              return "App - Library: " + found + "\nApp - Config global: " + global
+                  + "\nApp - Config local: " + local + "\n";
+          };
+    const std::string yes = "App - Plugin available: YES\n";
+    const struct {
+        std::string options;
+        std::string traced;
+    } rows[] = {
+        {"-plugin " + newer + " -root " + root, lines(newer, "", "") + yes},
+        {"-root " + root, lines("", config, "") + yes}, // by the loader's search
+        {"-plugin -root " + root + "/ -config " + fits, lines("", config, fits) + yes},
+        {"-config " + fits + "x", lines("", "", "") + yes},
+        {"-plugin " + fits + "x -root " + root, lines("", "", "") + yes},
+    };
+    for (const auto& row : rows) {
+        set_arguments("tovik " + row.options);
+        EXPECT_EQ(traced(), row.traced) << row.options;
+        wa_FreePlugin();
+    }
+    std::filesystem::copy_file(newer, library);
+    for (const std::string& given : {root, root + "/"}) {
+        set_arguments("tovik -root " + given);
+        EXPECT_EQ(traced(), lines(library, config, "") + yes);
+        EXPECT_EQ(traced(), "") << "found once";
+        wa_FreePlugin();
+        wa_FreePlugin();
+    }
+    // A root of 244 bytes is the longest one that is looked at.
+    const std::string slashes = root + std::string(244 - root.size(), '/');
+    set_arguments("tovik -root " + slashes);
+    EXPECT_NE(traced().find(slashes + "lib" + brand() + ".so\n"), std::string::npos);
+    wa_FreePlugin();
+    set_arguments("tovik -root " + slashes + "/");
+    EXPECT_EQ(traced(), lines("", "", "") + yes);
+    wa_FreePlugin();
+    set_arguments("tovik -plugin " PLUGINS "/failing/libtovik.so");
+    const std::string failed = lines(PLUGINS "/failing/libtovik.so", "", "");
+    EXPECT_EQ(traced(), failed + "App - Plugin available: NO\n");
+    EXPECT_EQ(traced(), failed + "App - Plugin available: NO\n") << "and tries again";
+}
+
+TEST_F(PluginUser, SaysWhyThereIsNone)
+{
+    set_arguments("tovik -plugin /none/libtovik.so");
+    EXPECT_NE(
+        traced().find("App - Plugin missing: /none/libtovik.so: cannot open"), std::string::npos);
+    EXPECT_NE(traced().find("Plugin missing"), std::string::npos) << "each call tries again";
+    set_arguments("tovik -plugin " PLUGINS "/five/libtovik.so");
+    EXPECT_NE(traced().find("App - Plugin missing: \n"), std::string::npos);
+}
+
+TEST(InfoTexts, AreCutToTwoNumbers)
+{
+    const struct {
+        bool (*format)(const char*, char*, std::size_t);
+        const char* text;
+        const char* info;
+    } rows[] = {
+        {format_client_info, "Product;abc;0612,xyz", "Product/6.12"},
+        {format_client_info, "Product;abc;1003,xyz", "Product/10.3"},
+        {format_client_info, "Product;abc;1000,xyz", "Product/10.0"},
+        {format_client_info, "Product;abc;0600,xyz", "Product/6.0"},
+        {format_client_info, "Product;abc;5,xyz", "Product/5."},
+        {format_client_info, "Product%3Babc%3b0612%2cxyz", "Product/6.12"},
+        {format_client_info, "A+B;;x1x2,", "A B/1.2"},
+        {format_client_info, ";;,", "/."},
+        {format_client_info, "Product;abc;0612", ""},
+        {format_client_info, "Product;0612,x", ""},
+        {format_client_info, "", ""},
+        {format_client_info, nullptr, ""},
+        {format_system_info, "Ubuntu 22.04.3 LTS;x86_64", "Ubuntu/22.04"},
+        {format_system_info, "Linux Mint 21.2;x86_64", "Linux Mint/21.2"},
+        {format_system_info, "macOS 10.15.7;x86_64", "macOS/10.15"},
+        {format_system_info, "Linux 6.1;x86_64", "Linux/6."},
+        {format_system_info, "Linux 6.;x86_64", "Linux/6."},
+        {format_system_info, "Debian 12;x86_64", ""},
+        {format_system_info, "Ubuntu 22.04", ""},
+        {format_system_info, "Ubuntu22.04;x", ""},
+        {format_system_info, nullptr, ""},
+    };
+    for (const auto& row : rows) {
+        char buffer[64] = "";
+        EXPECT_EQ(row.format(row.text, buffer, sizeof buffer), *row.info != 0) << row.text;
+        EXPECT_STREQ(buffer, row.info) << row.text;
+    }
+    // Name, version and four bytes more have to be less than the size.
+    char buffer[16] = "";
+    EXPECT_FALSE(format_client_info("Product;abc;0612,", buffer, 15));
+    EXPECT_STREQ(buffer, "");
+    EXPECT_TRUE(format_client_info("Product;abc;0612,", buffer, 16));
+}
+
+TEST_F(PluginUser, TakesTheUserAgentFromTheProperties)
+{
+    char buffer[64] = "unset";
+    load_with("TEST_ProductInfo", "Product;abc;0612,xyz");
+    EXPECT_TRUE(wa_user_agent_info(buffer, sizeof buffer));
+    EXPECT_STREQ(buffer, "Product/6.12");
+    setenv("TEST_MachineInfo", "Ubuntu 22.04.3 LTS;x86_64", 1);
+    load_with("TEST_ProductInfo", "Product;abc;0612,xyz");
+    EXPECT_TRUE(wa_user_agent_info(buffer, sizeof buffer));
+    EXPECT_STREQ(buffer, "Product/6.12 Ubuntu/22.04");
+    setenv("TEST_ProductInfo", "Product;abc;0612,xyz", 1);
+    load_with("TEST_UserAgentId", "Own thing");
+    EXPECT_TRUE(wa_user_agent_info(buffer, sizeof buffer));
+    EXPECT_STREQ(buffer, "Own thing Ubuntu/22.04");
+    for (const auto& [length, fits] : {std::pair(31, true), std::pair(32, false)}) {
+        load_with("TEST_UserAgentId", std::string(length, 'x').c_str());
+        EXPECT_EQ(wa_client_info(buffer, 32), fits);
+        EXPECT_EQ(std::string(buffer).size(), fits ? length : 0);
+        EXPECT_EQ(wa_user_agent_info(buffer, sizeof buffer), fits) << "no way back to ProductInfo";
+        EXPECT_EQ(buffer[0] != 0, fits);
+    }
+    unsetenv("TEST_MachineInfo");
+    unsetenv("TEST_ProductInfo");
+    EXPECT_FALSE(wa_user_agent_info(buffer, 0));
+}
+
+TEST_F(PluginUser, TakesPagesAndDefaultOptions)
+{
+    load_with("TEST_Web_page", "PHA+aGk8L3A+");
+    EXPECT_STREQ(OwnedText(wa_load_url_resource("res://page")).get(), "<p>hi</p>");
+    EXPECT_EQ(wa_load_url_resource("res://page?x"), nullptr);
+    EXPECT_STREQ(P_GetProperty(wa_GetPlugin(), "Web:page"), "PHA+aGk8L3A+");
+
+    char a[] = "a";
+    char b[] = "b";
+    char* arguments[] = {a, b, nullptr};
+    const std::pair<const char*, std::vector<std::string>> rows[] = {
+        {"-title \"De mo\"", {"a", "b", "-title", "De mo"}},
+        {"", {"a", "b"}},
+    };
+    for (const auto& [options, expected] : rows) {
+        load_with("TEST_ConfigGlobal_Command_App", options);
+        int count = 2;
+        const OwnedList list(wa_get_default_argument_list(arguments, &count));
+        ASSERT_EQ(count, static_cast<int>(expected.size()));
+        EXPECT_EQ(std::vector<std::string>(list.get(), list.get() + count), expected);
+    }
+}
+
+TEST_F(PluginUser, LivesWithoutAPlugin)
+{
+    set_arguments("tovik -plugin /none/libtovik.so");
+    g_Verbose = 2;
+    char buffer[64] = "unset";
+    EXPECT_FALSE(wa_client_info(buffer, sizeof buffer));
+    EXPECT_STREQ(buffer, "");
+    EXPECT_FALSE(wa_user_agent_info(buffer, sizeof buffer));
+    EXPECT_EQ(wa_load_url_resource("res://page"), nullptr);
+    int count = 7;
+    EXPECT_EQ(wa_load_argument_list(&count), nullptr);
+    EXPECT_EQ(count, 7);
+}

@@ -1,0 +1,140 @@
+"""Runs the real host on an X server of its own, as a product does."""
+import os
+import pathlib
+import shutil
+import subprocess
+import tempfile
+import time
+import unittest
+
+SOURCE = pathlib.Path(__file__).resolve().parents[2]
+BUILD = pathlib.Path(os.environ.get("TOVIK_BUILD", SOURCE / "build/dev"))
+SANITIZER = os.environ.get("SANITIZER_LIBRARY", "")
+PATIENCE = 60  # seconds
+PRELUDE = """<!doctype html><meta charset="utf-8"><body><script>
+const exit = (status, response) => { location.href = 'tvk://exit?status='
+    + encodeURIComponent(status) + '&response=' + encodeURIComponent(response); };
+"""
+
+
+class Shell(unittest.TestCase):
+    screen = "1280x1024"
+    window_manager = False
+
+    def setUp(self):
+        self.dir = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory())).resolve()
+        self.host = str(BUILD / "bin/tovik")
+        self.store = self.dir / "result"
+        self.environment = os.environ | {
+            "DBUS_SESSION_BUS_ADDRESS": "disabled:", "G_DEBUG": "fatal-criticals",
+            "HOME": str(self.dir), "TEST_PLUGIN_LOG": str(self.dir / "log")}
+        if SANITIZER:
+            log = f"log_path={self.dir}/sanitizer"
+            self.environment |= {
+                "LD_PRELOAD": SANITIZER, "ASAN_OPTIONS": "detect_leaks=1:" + log,
+                "UBSAN_OPTIONS": "print_stacktrace=1:" + log,
+                # Without the first, the leak check itself crashes in the user-interface process.
+                "LSAN_OPTIONS": "use_tls=0:exitcode=0"}
+        self.addCleanup(self.check_sanitizer_logs)
+        read, write = os.pipe()
+        self.spawn(["Xvfb", "-displayfd", str(write), "-noreset", "-nolisten", "tcp", "-screen",
+                    "0", self.screen + "x24"], pass_fds=[write], stderr=subprocess.DEVNULL)
+        os.close(write)
+        with open(read, encoding="ascii") as number:
+            self.environment["DISPLAY"] = ":" + number.readline().strip()
+        if self.window_manager:
+            self.spawn(["openbox"], env=self.desktop())
+            self.until(lambda: "window id" in self.ask("xprop -root _NET_SUPPORTING_WM_CHECK"))
+
+    def desktop(self):
+        """The environment without what only the host is given."""
+        return {k: v for k, v in self.environment.items() if not k.endswith(("PRELOAD", "OPTIONS"))}
+
+    def spawn(self, command, **options):
+        process = subprocess.Popen(command, **options)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        return process
+
+    def until(self, condition):
+        """Waits until the condition holds and returns its value."""
+        deadline = time.monotonic() + PATIENCE
+        while not (value := condition()):
+            self.assertLess(time.monotonic(), deadline, "waited in vain")
+            time.sleep(0.02)
+        return value
+
+    def ask(self, command):
+        """What a command prints on the display."""
+        return subprocess.run(command, shell=True, env=self.desktop(), text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
+
+    def page(self, script, name="page.html"):
+        """Writes a page of this script, which may call exit(status, response)."""
+        path = self.dir / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(PRELUDE + script + "\n</script>")
+        return path.as_uri()
+
+    def install(self, plugin=None, library="libtovikgui.so", name="libtovik.so"):
+        """Makes an installation of the test's own, which later starts use."""
+        for part in ("bin", "lib"):
+            (self.dir / "opt" / part).mkdir(parents=True, exist_ok=True)
+        lib = self.dir / "opt/lib"
+        self.host = shutil.copy(BUILD / "bin/tovik", self.dir / "opt/bin")
+        shutil.copy(BUILD / "lib/libtovikgui.so", lib / library)
+        if plugin:
+            shutil.copy(BUILD / f"tests/plugins/{plugin}/libtovik.so", lib / name)
+        return lib
+
+    def start(self, *arguments, command=None):
+        """Starts the host with these arguments and "-store"."""
+        self.store.unlink(missing_ok=True)
+        arguments = [*arguments] if "-store" in arguments else [*arguments, "-store", self.store]
+        self.process = self.spawn([*(command or [self.host]), *arguments], env=self.environment,
+                                  cwd=self.dir, text=True, errors="replace",
+                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+
+    def finish(self, status=0):
+        """Waits for the host to end with this status and returns the text of the result file."""
+        self.trace, self.errors = self.process.communicate(timeout=PATIENCE)
+        self.assertEqual(self.process.returncode, status, self.errors)
+        return self.store.read_text() if self.store.exists() else None
+
+    def run_host(self, *arguments):
+        self.start(*arguments)
+        return self.finish()
+
+    def log(self):
+        """What the test plug-in wrote down."""
+        log = self.dir / "log"
+        return log.read_text() if log.exists() else ""
+
+    def end(self):
+        self.process.kill()
+        self.process.communicate()
+
+    def window(self):
+        return self.until(
+            lambda: self.ask(f"xdotool search --onlyvisible --pid {self.process.pid}").strip())
+
+    def close_window(self):
+        self.ask(f"xdotool windowactivate --sync {self.window()} key alt+F4")
+
+    def expect(self, command, expected):
+        """Waits until the command, given the host's window, prints what is expected."""
+        command = command.replace("WINDOW", self.window())
+        deadline = time.monotonic() + PATIENCE
+        while (seen := self.ask(command).strip()) != expected and time.monotonic() < deadline:
+            time.sleep(0.02)
+        self.assertEqual(seen, expected, command)
+
+    def check_sanitizer_logs(self):
+        """Reports of our own code; the libraries below leave hundreds of leaks themselves."""
+        for log in self.dir.glob("sanitizer.*"):
+            text = log.read_text(errors="replace")
+            self.assertNotIn("runtime error:", text)
+            self.assertNotIn("ERROR: AddressSanitizer", text)
+            for report in text.split("\n\n"):
+                behind_allocator = next((x for x in report.splitlines() if "    #1 " in x), "")
+                self.assertNotIn(str(SOURCE), behind_allocator if " leak of " in report else "")

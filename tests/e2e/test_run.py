@@ -1,0 +1,106 @@
+"""The host, the start page and the actions that reach beyond the window."""
+import os
+import subprocess
+
+from server import serve
+from shell import PRELUDE, Shell
+
+COUNT = PRELUDE + ("fetch('/count').then(r => r.text()).then(text => %s exit('OK', text"
+                   " + location.search))</script>")
+
+
+class Run(Shell):
+    def test_server_sees_user_agent_and_query(self):
+        address = serve(self, COUNT % "")
+        own = ("-useragent", "Own/1.0")
+        for arguments, result in [
+                (("-url", address + "/page", *own), "1 Own/1.0"),
+                (("-url", address + "/page?a", *own, "x://?b"), "2 Own/1.0?a"),
+                ((*own, "-url", address + "/page", "x://?b"), "3 Own/1.0"),
+                (("x://y?b=1&c", "-url", address + "/page", *own), "4 Own/1.0?b=1&c"),
+                (("-url", address + "/redirect"), "moved")]:
+            self.assertEqual(self.run_host(*arguments), result)
+        self.assertRegex(self.run_host("-url", address + "/page", "-useragent"), "^5 Mozilla/5.0")
+        # A request for credentials is left unanswered: no dialog, and no answer of the server.
+        page = self.page("const silence = new Promise(done => setTimeout(done, 1000, 'silence'));"
+                         f"Promise.race([silence, fetch('{address}/secret')])"
+                         ".then(answer => exit('OK', answer.status || answer))")
+        self.assertEqual(self.run_host("-url", page), "silence")
+
+    def test_untrusted_certificate_is_accepted(self):
+        key, certificate = self.dir / "key.pem", self.dir / "certificate.pem"
+        subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-subj",
+                        "/CN=elsewhere", "-keyout", key, "-out", certificate],
+                       check=True, stderr=subprocess.DEVNULL)
+        certificate.write_text(certificate.read_text() + key.read_text())
+        address = serve(self, PRELUDE + "exit('OK', location.protocol)</script>", certificate)
+        self.assertEqual(self.run_host("-url", address), "https:")
+
+    def test_restart_runs_the_program_anew_with_its_arguments(self):
+        address = serve(self, COUNT % "text.startsWith('1 ') ? location = 'tvk://restart' :")
+        # The second process inherits the output, whose end is waited for; the first leaves no answer.
+        self.assertEqual(self.run_host("-url", address + "/page?x", "-useragent", "Own/1.0"),
+                         "2 Own/1.0?x")
+
+    def test_reload_ends_the_run_only_for_a_redirect(self):
+        self.page("location = 'tvk://reload'", "other.html")
+        again = self.page("if (window.name) { exit('OK', 'again ' + location.search); }"
+                          "else { window.name = 'seen'; location = 'other.html?x'; }")
+        self.assertEqual(self.run_host("-url", again), "again ")
+        address = self.page("location = 'tvk://reload'; setTimeout(exit, 500, 'OK', 'on')")
+        self.assertEqual(self.run_host("x://y?other=1", "-url", address), "on")
+        self.assertEqual(self.run_host("-url", address + "?redirect=nowhere"), "CKR_CANCEL")
+
+    def test_pages_are_found_beside_the_library_then_under_the_root(self):
+        self.install()
+        for name in ("opt/lib/index.html", "ui/index.html", "ui/other.html"):
+            self.page(f"exit('OK', '{name[:2]} ' + location.href.split('/').pop())", name)
+        root = ("-root", f"{self.dir}/ui/")
+        for arguments, result in [
+                ((), "op index.html"),
+                (("demo://start?a=1&b",), "op index.html?a=1&b"),
+                (("demo://start?",), "op index.html?"),
+                (("demo://x", "demo://y?a=1"), "op index.html"),
+                (root, "op index.html"),
+                ((*root, "-url", "other.html"), "ui other.html")]:
+            self.assertEqual(self.run_host(*arguments), result)
+        self.start("-url", "none.html")  # shows an empty window
+        self.window()
+
+    def test_host_says_what_it_cannot_do(self):
+        def fails(status, text, *arguments):
+            self.start(*arguments)
+            self.assertIsNone(self.finish(status))
+            self.assertIn(text, self.errors)
+            self.assertEqual(self.errors.count("\n"), 1)
+
+        self.environment["DISPLAY"] = "none:7"
+        fails(3, "cannot open a display", "-url", "index.html")
+        del self.environment["DISPLAY"]
+        fails(3, "cannot open a display")
+        library = self.install() / "libtovikgui.so"
+        library.write_text("no library")
+        fails(2, str(library))
+        library.unlink()
+        fails(2, str(library))
+
+    def test_host_finds_its_place_however_it_is_started(self):
+        self.page("exit('OK', 'here')", self.install() / "index.html")
+        (self.dir / "link").symlink_to(self.host)
+        self.environment["PATH"] += f":{self.dir}/opt/bin"
+        for name in (self.host, "opt/bin/tovik", "./opt/../link", str(self.dir / "link"), "tovik"):
+            self.start(command=["bash", "-c", f'exec {name} "$@"', "bash"])
+            self.assertEqual(self.finish(), "here", name)
+        for option, text in (("--help", "Usage: tovik"), ("--version", "tovik ")):
+            output = subprocess.run([self.host, option], env=os.environ, text=True,
+                                    capture_output=True, check=True).stdout
+            self.assertTrue(output.startswith(text))
+
+    def test_entry_admin_splits_its_command_line(self):
+        lib = self.install()
+        host = "import ctypes, sys; ctypes.CDLL(sys.argv[1]).EntryAdmin(None, None, sys.argv[2].encode())"
+        line = f'tovik -verbose -title "a b" -url {self.page("exit()")} -store {self.store}'
+        self.start("-store", command=["python3", "-c", host, lib / "libtovikgui.so", line])
+        self.assertEqual(self.finish(), "undefined")
+        self.assertTrue(self.trace.startswith(
+            "App - 0: tovik\nApp - 1: -verbose\nApp - 2: -title\nApp - 3: a b\n"), self.trace)

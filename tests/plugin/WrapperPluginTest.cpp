@@ -1,0 +1,187 @@
+#include "plugin/WrapperPlugin.h"
+
+#include "plugin/plugin.h"
+#include "tests/support/TempDirectory.h"
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+std::string library(const std::string& name)
+{
+    return PLUGINS "/" + name + "/libtovik.so";
+}
+
+class Plugins : public testing::Test {
+protected:
+    Plugins() { setenv("TEST_PLUGIN_LOG", (m_directory / "log").c_str(), 1); }
+    ~Plugins() override { unsetenv("TEST_PLUGIN_LOG"); }
+
+    std::string log() const { return contents_of(m_directory / "log"); }
+
+    TempDirectory m_directory;
+};
+
+/// Writes down what the wrapper asks of itself.
+class Overriding : public CWrapperPlugin {
+public:
+    void SetProperty(const char* name, const char* value) override
+    {
+        m_calls += std::string("set ") + name + " " + value + ";";
+    }
+    void SetRoot(const char* path) override
+    {
+        m_calls += std::string("root ") + path + ";";
+        CWrapperPlugin::SetRoot("/other/place");
+    }
+    void Release() override
+    {
+        m_calls += "release;";
+        CWrapperPlugin::Release();
+    }
+    std::string m_calls;
+};
+
+} // namespace
+
+TEST_F(Plugins, BindAWholeSetTheNewerFirst)
+{
+    const std::string older = "older initialize text global local callback\n";
+    const struct {
+        const char* name;
+        bool available;
+        bool initialized;
+        std::string log;
+    } rows[] = {
+        {"newer", true, true, "newer initialize\nset WorkingDirectory " PLUGINS "/newer/\n"},
+        {"older", true, true, older},
+        {"both", true, true, "newer initialize\nset WorkingDirectory " PLUGINS "/both/\n"},
+        {"fallback", true, true, older},
+        {"five", false, false, ""},
+        {"none", false, false, ""},
+        {"failing", true, false, "newer initialize\nnewer initialize\n"},
+        {"failing-older", true, false, older + older},
+    };
+    for (const auto& row : rows) {
+        std::filesystem::remove(m_directory / "log");
+        CWrapperPlugin plugin;
+        EXPECT_FALSE(plugin.IsInitialized());
+        EXPECT_EQ(plugin.Available(library(row.name).c_str()) != nullptr, row.available);
+        EXPECT_EQ(plugin.IsInitialized(), row.available) << row.name;
+        if (row.available) {
+            const auto initialize = [&plugin] {
+                return plugin.Initialize(
+                    "text", "global", "local", [](const char*, unsigned long) {});
+            };
+            EXPECT_EQ(initialize(), row.initialized) << row.name;
+            EXPECT_TRUE(plugin.IsInitialized()) << "a failure leaves the library loaded";
+            if (!row.initialized) {
+                EXPECT_FALSE(initialize()) << "and may be tried again";
+            }
+        }
+        EXPECT_EQ(log(), row.log) << row.name;
+    }
+}
+
+TEST_F(Plugins, AreForwardedToAndFinalisedOnce)
+{
+    CWrapperPlugin plugin;
+    EXPECT_EQ(plugin.Invoke("abc"), 6U);
+    EXPECT_EQ(plugin.GetProperty("a"), nullptr);
+    EXPECT_EQ(plugin.EnumProperty("a", "b"), nullptr);
+    plugin.SetProperty("a", "b");
+    void* handle = plugin.Available(library("newer").c_str());
+    EXPECT_EQ(plugin.Available(library("older").c_str()), handle) << "the first library stays";
+    ASSERT_TRUE(plugin.Initialize(nullptr, nullptr, nullptr, nullptr));
+    plugin.SetProperty("a", "b");
+    EXPECT_STREQ(plugin.GetProperty("a"), "b");
+    EXPECT_EQ(plugin.GetProperty("none"), nullptr);
+    EXPECT_STREQ(plugin.EnumProperty("a", nullptr), "<a|null>");
+    EXPECT_EQ(plugin.Invoke("abc"), 3U);
+    EXPECT_EQ(plugin.Invoke("long"), 0x700000005U);
+    plugin.Finalize();
+    plugin.Finalize();
+    EXPECT_FALSE(plugin.IsInitialized());
+    EXPECT_EQ(plugin.Invoke("abc"), 6U);
+    EXPECT_EQ(dlopen(library("newer").c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << "closed";
+    ASSERT_NE(plugin.Available(library("older").c_str()), nullptr) << "can be loaded again";
+    EXPECT_EQ(log(),
+        "newer initialize\nset WorkingDirectory " PLUGINS
+        "/newer/\nset a b\ninvoke abc\ninvoke long\nfinalize\n");
+}
+
+TEST_F(Plugins, AreReachedThroughTheVirtualOperations)
+{
+    {
+        Overriding plugin;
+        ASSERT_NE(plugin.Available(library("newer").c_str()), nullptr);
+        EXPECT_TRUE(plugin.Initialize(nullptr, nullptr, nullptr, nullptr));
+        plugin.Finalize();
+        EXPECT_EQ(
+            plugin.m_calls, "root " + library("newer") + ";set WorkingDirectory /other/;release;");
+        plugin.m_calls.clear();
+        EXPECT_EQ(plugin.Available(library("five").c_str()), nullptr);
+        EXPECT_EQ(plugin.m_calls, "release;");
+        ASSERT_NE(plugin.Available(library("newer").c_str()), nullptr);
+        EXPECT_TRUE(plugin.Initialize(nullptr, nullptr, nullptr, nullptr));
+    }
+    EXPECT_EQ(log(), "newer initialize\nfinalize\nnewer initialize\nfinalize\n")
+        << "the destructor finalises";
+}
+
+TEST_F(Plugins, KeepTheirRootOnlyFromAPathWithASlash)
+{
+    const std::pair<const char*, const char*> rows[]
+        = {{"/opt/app/libtovik.so", "/opt/app/"}, {"/libtovik.so", "/"},
+            {"libtovik.so", "unchanged"}, {"", "unchanged"}, {nullptr, "unchanged"}};
+    for (const auto& [path, root] : rows) {
+        CWrapperPlugin plugin;
+        ASSERT_NE(plugin.Available(library("newer").c_str()), nullptr);
+        plugin.SetRoot(path);
+        ASSERT_TRUE(plugin.Initialize(nullptr, nullptr, nullptr, nullptr));
+        const std::string expected = root == std::string("unchanged") ? PLUGINS "/newer/" : root;
+        EXPECT_EQ(plugin.GetProperty("WorkingDirectory"), expected) << path;
+    }
+}
+
+TEST_F(Plugins, AreLoadedByTheDefaultNameWithoutAPath)
+{
+    for (const char* path : {static_cast<const char*>(nullptr), ""}) {
+        ASSERT_NE(P_Available(path), nullptr) << dlerror();
+        void* plugin = P_Initialize("t", nullptr, nullptr, nullptr);
+        P_Finalize(plugin);
+    }
+    void* plugin = P_Initialize("without Available", nullptr, nullptr, nullptr);
+    ASSERT_NE(plugin, nullptr);
+    int other = 0;
+    for (void* handle : {static_cast<void*>(nullptr), static_cast<void*>(&other)}) {
+        P_SetProperty(handle, "a", "b");
+        EXPECT_EQ(P_GetProperty(handle, "a"), nullptr);
+        EXPECT_EQ(P_EnumProperty(handle, "a", "b"), nullptr);
+        EXPECT_EQ(P_Invoke(handle, "a"), 6U);
+        P_Finalize(handle);
+    }
+    EXPECT_EQ(P_GetProperty(plugin, "a"), nullptr) << "another handle sets nothing";
+    P_SetProperty(plugin, "a", "b");
+    EXPECT_STREQ(P_GetProperty(plugin, "a"), "b");
+    EXPECT_STREQ(P_EnumProperty(plugin, "a", "b"), "<a|b>");
+    EXPECT_EQ(P_Invoke(plugin, "abc"), 3U);
+    P_Finalize(plugin);
+    EXPECT_EQ(log(),
+        "older initialize t null null null\nfinalize\n"
+        "older initialize t null null null\nfinalize\n"
+        "older initialize without Available null null null\n"
+        "set a b\ninvoke abc\nfinalize\n");
+}
+
+// The library exports the older names itself: found through a plug-in that is linked to it, they
+// would make it call itself without end.
+TEST_F(Plugins, OwnFunctionsOfTheLibraryCountAsMissing)
+{
+    void* product = dlopen(TOVIK_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(product, nullptr) << dlerror();
+    auto* available = reinterpret_cast<decltype(&P_Available)>(dlsym(product, "P_Available"));
+    EXPECT_EQ(available(library("linked").c_str()), nullptr);
+    EXPECT_NE(available(library("older").c_str()), nullptr);
+}
