@@ -7,7 +7,7 @@ packages=(
     # building
     g++ cmake ninja-build pkg-config libgtk-3-dev libwebkit2gtk-4.1-dev
     # running without a display
-    xvfb xauth xdotool imagemagick
+    xvfb xauth xdotool imagemagick xdg-utils
     # testing
     libgtest-dev libgmock-dev openbox x11-utils clang-format clang-tidy python3 openssl
     # measuring

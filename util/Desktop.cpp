@@ -1,5 +1,94 @@
 #include "util/Desktop.h"
 
-void wa_open_url(const char*) { }
+#include "util/Layout.h"
+#include "util/StringUtil.h"
 
-void wa_call_script(const char*, unsigned char) { }
+#include <cstdlib>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr const char* kOpeners[]
+    = {"/usr/bin/xdg-open", "/usr/bin/gnome-open", "/usr/bin/kde-open", "/usr/bin/open"};
+
+/// 100 seconds in all.
+constexpr ScriptWait kScriptWait = {100000, 999000, 100};
+
+/// Starts a program in a session of its own, with one argument or, for null, none. Returns its
+/// process id, or -1 when no process can be made.
+pid_t start(const char* program, const char* argument)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        setsid();
+        execl(program, program, argument, static_cast<char*>(nullptr));
+        _exit(0);
+    }
+    return child;
+}
+
+/// Joins the parts; false when they do not fit.
+bool join(
+    char (&path)[kScriptCapacity], const char* directory, const char* middle, const char* name)
+{
+    if (tovik::_strlen(directory) + tovik::_strlen(middle) + tovik::_strlen(name)
+        >= kScriptCapacity) {
+        return false;
+    }
+    tovik::_strcat(tovik::_strcat(tovik::_strcpy(path, directory), middle), name);
+    return true;
+}
+
+} // namespace
+
+void wa_open_url(const char* url)
+{
+    open_url_with(kOpeners, url);
+}
+
+void wa_call_script(const char* name, unsigned char search)
+{
+    char path[kScriptCapacity];
+    const bool found = search == 0 ? find_script(nullptr, nullptr, name, path)
+                                   : find_script(std::getenv("HOME"), "/etc/tovik/", name, path);
+    if (found) {
+        run_script(path, kScriptWait);
+    }
+}
+
+void open_url_with(std::span<const char* const> openers, const char* url)
+{
+    for (const char* opener : openers) {
+        if (osFileExist(opener) && start(opener, url) > 0) {
+            return;
+        }
+    }
+}
+
+bool find_script(
+    const char* home, const char* system, const char* name, char (&path)[kScriptCapacity])
+{
+    if (home != nullptr && join(path, home, "/.tovik/", name) && osFileExist(path)) {
+        return true;
+    }
+    if (system != nullptr && join(path, system, "", name) && osFileExist(path)) {
+        return true;
+    }
+    return join(path, ".", "", name);
+}
+
+void run_script(const char* path, const ScriptWait& wait)
+{
+    const pid_t child = start(path, nullptr);
+    if (child < 0) {
+        return;
+    }
+    usleep(wait.first);
+    for (int poll = 0; poll < wait.polls; ++poll) {
+        if (waitpid(child, nullptr, WNOHANG) > 0) {
+            return;
+        }
+        usleep(wait.between);
+    }
+}

@@ -104,3 +104,21 @@ class Run(Shell):
         self.assertEqual(self.finish(), "undefined")
         self.assertTrue(self.trace.startswith(
             "App - 0: tovik\nApp - 1: -verbose\nApp - 2: -title\nApp - 3: a b\n"), self.trace)
+
+    def test_scripts_and_redirects_leave_the_shell(self):
+        for name, text in ((".install", "hidden"), ("install", "plain"),
+                           (".tovik/uninstall", "home"), ("browser", "$1")):
+            path = self.dir / name
+            path.parent.mkdir(exist_ok=True)
+            path.write_text(f'#!/bin/sh\necho "{text}" >>"{self.dir}/log"\n')
+            path.chmod(0o700)
+        both = self.page("setTimeout(() => { location = 'tvk://install'; }, 0);"
+                         "setInterval(() => { location = 'tvk://uninstall?status=OK'; }, 500)")
+        self.assertEqual(self.run_host("-url", both), "CKR_CANCEL")
+        # The opener of the desktop, which asks for the browser in the environment.
+        self.environment |= {"BROWSER": str(self.dir / "browser"), "XDG_CURRENT_DESKTOP": "X"}
+        reload = self.page("location = 'tvk://reload'")
+        query = "x://y?redirect=http%3A%2F%2Flocalhost%2Fa%3Fb&autostarttoken=t"
+        self.assertEqual(self.run_host(query, "-url", reload), "CKR_CANCEL")
+        self.until(lambda: self.log().count("\n") == 3)
+        self.assertEqual(self.log(), "hidden\nhome\nhttp://localhost/a?b\n")
