@@ -9,16 +9,22 @@
 struct Size {
     std::uint32_t width;
     std::uint32_t height;
+
+    bool operator==(const Size&) const = default;
 };
 
 struct Position {
     std::uint32_t x;
     std::uint32_t y;
+
+    bool operator==(const Position&) const = default;
 };
 
 struct Frame {
     Position position;
     Size size;
+
+    bool operator==(const Frame&) const = default;
 };
 
 /// Packed pair: width or x in the high 16 bits, height or y in the low 16 bits.

@@ -136,7 +136,7 @@ void wa_web_action_Resize(unsigned int value, unsigned int percent)
     gtk_window_get_position(window, &x, &y);
     const Position at = {static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y)};
     const Position inside = moved_inside(at, size, workArea);
-    if ((x == 0 && y == 0) || (inside.x == at.x && inside.y == at.y)) {
+    if ((x == 0 && y == 0) || inside == at) {
         return;
     }
     wa_trace("Dialog old position", packed_pair(at));

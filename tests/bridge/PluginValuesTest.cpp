@@ -7,6 +7,7 @@
 #include "webapp/ShellState.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace {
 
@@ -72,19 +73,15 @@ TEST_F(PluginUser, FindsThePluginByTheOptions)
                   + "\nApp - Config local: " + local + "\n";
           };
     const std::string yes = "App - Plugin available: YES\n";
-    const struct {
-        std::string options;
-        std::string traced;
-    } rows[] = {
-        {"-plugin " + newer + " -root " + root, lines(newer, "", "") + yes},
-        {"-root " + root, lines("", config, "") + yes}, // by the loader's search
-        {"-plugin -root " + root + "/ -config " + fits, lines("", config, fits) + yes},
-        {"-config " + fits + "x", lines("", "", "") + yes},
-        {"-plugin " + fits + "x -root " + root, lines("", "", "") + yes},
-    };
-    for (const auto& row : rows) {
-        set_arguments("tovik " + row.options);
-        EXPECT_EQ(traced(), row.traced) << row.options;
+    const std::tuple<std::string, std::string> rows[]
+        = {{"-plugin " + newer + " -root " + root, lines(newer, "", "") + yes},
+            {"-root " + root, lines("", config, "") + yes}, // by the loader's search
+            {"-plugin -root " + root + "/ -config " + fits, lines("", config, fits) + yes},
+            {"-config " + fits + "x", lines("", "", "") + yes},
+            {"-plugin " + fits + "x -root " + root, lines("", "", "") + yes}};
+    for (const auto& [options, traced] : rows) {
+        set_arguments("tovik " + options);
+        EXPECT_EQ(traced(), traced) << options;
         wa_FreePlugin();
     }
     std::filesystem::copy_file(newer, library);
@@ -121,37 +118,27 @@ TEST_F(PluginUser, SaysWhyThereIsNone)
 
 TEST(InfoTexts, AreCutToTwoNumbers)
 {
-    const struct {
-        bool (*format)(const char*, char*, std::size_t);
-        const char* text;
-        const char* info;
-    } rows[] = {
+    const std::tuple<bool (*)(const char*, char*, std::size_t), const char*, const char*> rows[] = {
         {format_client_info, "Product;abc;0612,xyz", "Product/6.12"},
         {format_client_info, "Product;abc;1003,xyz", "Product/10.3"},
         {format_client_info, "Product;abc;1000,xyz", "Product/10.0"},
         {format_client_info, "Product;abc;0600,xyz", "Product/6.0"},
         {format_client_info, "Product;abc;5,xyz", "Product/5."},
         {format_client_info, "Product%3Babc%3b0612%2cxyz", "Product/6.12"},
-        {format_client_info, "A+B;;x1x2,", "A B/1.2"},
-        {format_client_info, ";;,", "/."},
-        {format_client_info, "Product;abc;0612", ""},
-        {format_client_info, "Product;0612,x", ""},
-        {format_client_info, "", ""},
-        {format_client_info, nullptr, ""},
+        {format_client_info, "A+B;;x1x2,", "A B/1.2"}, {format_client_info, ";;,", "/."},
+        {format_client_info, "Product;abc;0612", ""}, {format_client_info, "Product;0612,x", ""},
+        {format_client_info, "", ""}, {format_client_info, nullptr, ""},
         {format_system_info, "Ubuntu 22.04.3 LTS;x86_64", "Ubuntu/22.04"},
         {format_system_info, "Linux Mint 21.2;x86_64", "Linux Mint/21.2"},
         {format_system_info, "macOS 10.15.7;x86_64", "macOS/10.15"},
         {format_system_info, "Linux 6.1;x86_64", "Linux/6."},
         {format_system_info, "Linux 6.;x86_64", "Linux/6."},
-        {format_system_info, "Debian 12;x86_64", ""},
-        {format_system_info, "Ubuntu 22.04", ""},
-        {format_system_info, "Ubuntu22.04;x", ""},
-        {format_system_info, nullptr, ""},
-    };
-    for (const auto& row : rows) {
+        {format_system_info, "Debian 12;x86_64", ""}, {format_system_info, "Ubuntu 22.04", ""},
+        {format_system_info, "Ubuntu22.04;x", ""}, {format_system_info, nullptr, ""}};
+    for (const auto& [format, text, info] : rows) {
         char buffer[64] = "";
-        EXPECT_EQ(row.format(row.text, buffer, sizeof buffer), *row.info != 0) << row.text;
-        EXPECT_STREQ(buffer, row.info) << row.text;
+        EXPECT_EQ(format(text, buffer, sizeof buffer), *info != 0) << text;
+        EXPECT_STREQ(buffer, info) << text;
     }
     // Name, version and four bytes more have to be less than the size.
     char buffer[16] = "";
@@ -196,10 +183,8 @@ TEST_F(PluginUser, TakesPagesAndDefaultOptions)
     char a[] = "a";
     char b[] = "b";
     char* arguments[] = {a, b, nullptr};
-    const std::pair<const char*, std::vector<std::string>> rows[] = {
-        {"-title \"De mo\"", {"a", "b", "-title", "De mo"}},
-        {"", {"a", "b"}},
-    };
+    const std::pair<const char*, std::vector<std::string>> rows[]
+        = {{"-title \"De mo\"", {"a", "b", "-title", "De mo"}}, {"", {"a", "b"}}};
     for (const auto& [options, expected] : rows) {
         load_with("TEST_ConfigGlobal_Command_App", options);
         int count = 2;

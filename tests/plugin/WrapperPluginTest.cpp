@@ -5,6 +5,7 @@
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace {
 
@@ -48,39 +49,31 @@ public:
 TEST_F(Plugins, BindAWholeSetTheNewerFirst)
 {
     const std::string older = "older initialize text global local callback\n";
-    const struct {
-        const char* name;
-        bool available;
-        bool initialized;
-        std::string log;
-    } rows[] = {
-        {"newer", true, true, "newer initialize\nset WorkingDirectory " PLUGINS "/newer/\n"},
-        {"older", true, true, older},
-        {"both", true, true, "newer initialize\nset WorkingDirectory " PLUGINS "/both/\n"},
-        {"fallback", true, true, older},
-        {"five", false, false, ""},
-        {"none", false, false, ""},
-        {"failing", true, false, "newer initialize\nnewer initialize\n"},
-        {"failing-older", true, false, older + older},
-    };
-    for (const auto& row : rows) {
+    const std::tuple<const char*, bool, bool, std::string> rows[]
+        = {{"newer", true, true, "newer initialize\nset WorkingDirectory " PLUGINS "/newer/\n"},
+            {"older", true, true, older},
+            {"both", true, true, "newer initialize\nset WorkingDirectory " PLUGINS "/both/\n"},
+            {"fallback", true, true, older}, {"five", false, false, ""}, {"none", false, false, ""},
+            {"failing", true, false, "newer initialize\nnewer initialize\n"},
+            {"failing-older", true, false, older + older}};
+    for (const auto& [name, available, initialized, calls] : rows) {
         std::filesystem::remove(m_directory / "log");
         CWrapperPlugin plugin;
         EXPECT_FALSE(plugin.IsInitialized());
-        EXPECT_EQ(plugin.Available(library(row.name).c_str()) != nullptr, row.available);
-        EXPECT_EQ(plugin.IsInitialized(), row.available) << row.name;
-        if (row.available) {
+        EXPECT_EQ(plugin.Available(library(name).c_str()) != nullptr, available);
+        EXPECT_EQ(plugin.IsInitialized(), available) << name;
+        if (available) {
             const auto initialize = [&plugin] {
                 return plugin.Initialize(
                     "text", "global", "local", [](const char*, unsigned long) {});
             };
-            EXPECT_EQ(initialize(), row.initialized) << row.name;
+            EXPECT_EQ(initialize(), initialized) << name;
             EXPECT_TRUE(plugin.IsInitialized()) << "a failure leaves the library loaded";
-            if (!row.initialized) {
+            if (!initialized) {
                 EXPECT_FALSE(initialize()) << "and may be tried again";
             }
         }
-        EXPECT_EQ(log(), row.log) << row.name;
+        EXPECT_EQ(log(), calls) << name;
     }
 }
 

@@ -129,6 +129,25 @@ void finalize(void* instance)
 
 } // namespace
 
+// What both sets have alike.
+#define COMMON(prefix)                                                                             \
+    void prefix##Finalize(void* i)                                                                 \
+    {                                                                                              \
+        finalize(i);                                                                               \
+    }                                                                                              \
+    void prefix##SetProperty(void* i, const char* a, const char* b)                                \
+    {                                                                                              \
+        set_property(i, a, b);                                                                     \
+    }                                                                                              \
+    const char* prefix##GetProperty(void* i, const char* a)                                        \
+    {                                                                                              \
+        return get_property(i, a);                                                                 \
+    }                                                                                              \
+    const char* prefix##EnumProperty(void* i, const char* a, const char* b)                        \
+    {                                                                                              \
+        return enum_property(i, a, b);                                                             \
+    }
+
 #if NEWER > 0
 void* PlgInitialize(void* a, void* b, void* c, void* d, void** instance)
 {
@@ -137,22 +156,7 @@ void* PlgInitialize(void* a, void* b, void* c, void* d, void** instance)
     // Success is any non-zero pointer, one with a zero low half included.
     return *instance == nullptr ? nullptr : reinterpret_cast<void*>(0x100000000UL);
 }
-void PlgFinalize(void* instance)
-{
-    finalize(instance);
-}
-void PlgSetProperty(void* i, const char* name, const char* value)
-{
-    set_property(i, name, value);
-}
-const char* PlgGetProperty(void* instance, const char* name)
-{
-    return get_property(instance, name);
-}
-const char* PlgEnumProperty(void* i, const char* a, const char* b)
-{
-    return enum_property(i, a, b);
-}
+COMMON(Plg)
 #endif
 #if NEWER > 5
 unsigned long PlgInvoke(void* instance, const char* name)
@@ -169,22 +173,7 @@ void* P_Initialize(const char* text, const char* global, const char* local,
         + (callback == nullptr ? " null" : " callback"));
     return create();
 }
-void P_Finalize(void* instance)
-{
-    finalize(instance);
-}
-void P_SetProperty(void* i, const char* name, const char* value)
-{
-    set_property(i, name, value);
-}
-const char* P_GetProperty(void* instance, const char* name)
-{
-    return get_property(instance, name);
-}
-const char* P_EnumProperty(void* i, const char* a, const char* b)
-{
-    return enum_property(i, a, b);
-}
+COMMON(P_)
 #endif
 #if OLDER > 5
 unsigned long P_Invoke(void* instance, const char* name)

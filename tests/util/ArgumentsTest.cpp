@@ -3,6 +3,7 @@
 #include <climits>
 #include <gtest/gtest.h>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -34,29 +35,15 @@ private:
 
 TEST(ArgumentList, IsSplitAtSpacesAndQuotes)
 {
-    const struct {
-        const char* text;
-        std::vector<std::string> arguments;
-    } rows[] = {
-        {nullptr, {}},
-        {"", {}},
-        {"   ", {""}},
-        {"a \"b c\" d", {"a", "b c", "d"}},
-        {"  a   b  ", {"a", "b"}},
-        {"\"\"", {""}},
-        {"\"\" x", {"", "x"}},
-        {"\"abc", {"abc"}},
-        {"\"ab\"cd", {"ab", "cd"}},
-        {"\"ab\"\"cd\"", {"ab", "cd"}},
-        {"ab\"cd ef\"", {"ab\"cd", "ef\""}},
-        {"a \"", {"a", ""}},
-        {"\"a\" ", {"a"}},
-        {"a\tb\n", {"a\tb\n"}},
-    };
-    for (const auto& row : rows) {
+    const std::tuple<const char*, std::vector<std::string>> rows[] = {{nullptr, {}}, {"", {}},
+        {"   ", {""}}, {"a \"b c\" d", {"a", "b c", "d"}}, {"  a   b  ", {"a", "b"}},
+        {"\"\"", {""}}, {"\"\" x", {"", "x"}}, {"\"abc", {"abc"}}, {"\"ab\"cd", {"ab", "cd"}},
+        {"\"ab\"\"cd\"", {"ab", "cd"}}, {"ab\"cd ef\"", {"ab\"cd", "ef\""}}, {"a \"", {"a", ""}},
+        {"\"a\" ", {"a"}}, {"a\tb\n", {"a\tb\n"}}};
+    for (const auto& [text, arguments] : rows) {
         int count = -1;
-        const OwnedList list(alloc_argument_list(row.text, &count));
-        EXPECT_EQ(strings_of(list.get(), count), row.arguments) << row.text;
+        const OwnedList list(alloc_argument_list(text, &count));
+        EXPECT_EQ(strings_of(list.get(), count), arguments) << text;
     }
 }
 
@@ -64,21 +51,13 @@ TEST(ArgumentList, IsJoinedAsFreshCopies)
 {
     Vector first = {"a", "b", "c"};
     Vector second = {"d", nullptr, "f"};
-    const struct {
-        int firstCount;
-        int secondCount;
-        std::vector<std::string> joined;
-    } rows[] = {
-        {2, 3, {"a", "b", "d", "", "f"}},
-        {0, 1, {"d"}},
-        {1, -7, {"a"}},
-        {-1, 0, {}},
-    };
-    for (const auto& row : rows) {
+    const std::tuple<int, int, std::vector<std::string>> rows[]
+        = {{2, 3, {"a", "b", "d", "", "f"}}, {0, 1, {"d"}}, {1, -7, {"a"}}, {-1, 0, {}}};
+    for (const auto& [firstCount, secondCount, joined] : rows) {
         const OwnedList list(
-            append_argument_list(first.list(), row.firstCount, second.list(), row.secondCount));
-        EXPECT_EQ(strings_of(list.get(), static_cast<int>(row.joined.size())), row.joined);
-        EXPECT_TRUE(row.joined.empty() || list[0] != first.list()[0]);
+            append_argument_list(first.list(), firstCount, second.list(), secondCount));
+        EXPECT_EQ(strings_of(list.get(), static_cast<int>(joined.size())), joined);
+        EXPECT_TRUE(joined.empty() || list[0] != first.list()[0]);
     }
     const OwnedList none(append_argument_list(nullptr, 0, nullptr, 0));
     EXPECT_EQ(none[0], nullptr);
@@ -89,30 +68,19 @@ TEST(OptionLookup, TakesTheFirstMatchAndItsValue)
 {
     Vector arguments = {"-url", "index.html", nullptr, "-verbose", "-size", "0x10", "-size", "7",
         "-n", nullptr, "-wait"};
-    const struct {
-        const char* name;
-        int found;
-        const char* value;
-        unsigned int number;
-    } rows[] = {
-        {"-url", 1, "index.html", 0},
-        {"index.html", 1, "", 0}, // a null entry counts as no value
-        {"-verbose", 1, "", 0},
-        {"-size", 1, "0x10", 16},
-        {"-n", 1, "", 0},
-        {"-wait", 1, "", 0},
-        {"-WAIT", 0, nullptr, 99},
-        {nullptr, 0, nullptr, 99},
-    };
-    for (const auto& row : rows) {
+    const std::tuple<const char*, int, const char*, unsigned int> rows[] = {
+        {"-url", 1, "index.html", 0}, {"index.html", 1, "", 0}, // a null entry counts as no value
+        {"-verbose", 1, "", 0}, {"-size", 1, "0x10", 16}, {"-n", 1, "", 0}, {"-wait", 1, "", 0},
+        {"-WAIT", 0, nullptr, 99}, {nullptr, 0, nullptr, 99}};
+    for (const auto& [name, found, expected, expectedNumber] : rows) {
         const char* value = "unset";
         unsigned int number = 99;
         const int count = arguments.count();
-        EXPECT_EQ(get_argument(count, arguments.list(), row.name, &value), row.found) << row.name;
-        EXPECT_STREQ(value, row.value) << row.name;
-        EXPECT_EQ(get_argument(count, arguments.list(), row.name, &number), row.found);
-        EXPECT_EQ(number, row.number) << row.name;
-        EXPECT_EQ(has_argument(count, arguments.list(), row.name), row.found) << row.name;
+        EXPECT_EQ(get_argument(count, arguments.list(), name, &value), found) << name;
+        EXPECT_STREQ(value, expected) << name;
+        EXPECT_EQ(get_argument(count, arguments.list(), name, &number), found);
+        EXPECT_EQ(number, expectedNumber) << name;
+        EXPECT_EQ(has_argument(count, arguments.list(), name), found) << name;
     }
     const char* value = "unset";
     EXPECT_EQ(get_argument(0, nullptr, "-url", &value), 0);

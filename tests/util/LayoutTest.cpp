@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <sys/wait.h>
+#include <tuple>
 
 namespace fs = std::filesystem;
 
@@ -103,23 +104,15 @@ TEST_F(Layout, FindsTheLibraryBesideTheProgramThenInLib)
 TEST_F(Layout, TranslatesToCanonicalPaths)
 {
     const std::string directory = m_root.path();
-    const struct {
-        std::string path;
-        std::size_t capacity;
-        std::string expected;
-    } rows[] = {
-        {directory, 260, ""},
-        {directory + "/", 260, directory},
-        {directory + "/", directory.size() + 1, directory},
-        {directory + "/", directory.size(), ""},
-        {directory + "/none", 260, ""},
-        {directory + "/./", 0, ""},
-    };
-    for (const auto& row : rows) {
+    const std::tuple<std::string, std::size_t, std::string> rows[] = {{directory, 260, ""},
+        {directory + "/", 260, directory}, {directory + "/", directory.size() + 1, directory},
+        {directory + "/", directory.size(), ""}, {directory + "/none", 260, ""},
+        {directory + "/./", 0, ""}};
+    for (const auto& [given, capacity, expected] : rows) {
         char path[300];
-        path[row.path.copy(path, sizeof path - 1)] = 0;
-        EXPECT_EQ(osTranslatePath(path, row.capacity), !row.expected.empty()) << row.path;
-        EXPECT_EQ(path, row.expected.empty() ? row.path : row.expected);
+        path[given.copy(path, sizeof path - 1)] = 0;
+        EXPECT_EQ(osTranslatePath(path, capacity), !expected.empty()) << given;
+        EXPECT_EQ(path, expected.empty() ? given : expected);
     }
     EXPECT_FALSE(osTranslatePath(nullptr, 260));
 }

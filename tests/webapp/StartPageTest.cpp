@@ -37,17 +37,14 @@ private:
 
 TEST(StartupArgument, IsWrittenIntoTheFirstEmptyLiteral)
 {
-    const char* const rows[][3] = {
-        {"var STARTUP_ARG = \"\";", "a=1&b", "var STARTUP_ARG = \"a=1&b\";"},
-        {"STARTUP_ARG\n'x'\"\"\"\"", "q", "STARTUP_ARG\n'x'\"q\"\"\""},
-        {"STARTUP_ARG=\"x\", b=\"\"", "q", "STARTUP_ARG=\"x\", b=\"\""},
-        {"startup_arg=\"\"", "q", "startup_arg=\"\""},
-        {"\"\" STARTUP_ARG", "q", "\"\" STARTUP_ARG"},
-        {"STARTUP_ARG \"", "q", "STARTUP_ARG \""},
-        {"STARTUP_ARG \"\"", "", "STARTUP_ARG \"\""},
-        {"STARTUP_ARG \"\"", "\"%\\", "STARTUP_ARG \"\"%\\\""},
-        {"", "q", ""},
-    };
+    const char* const rows[][3]
+        = {{"var STARTUP_ARG = \"\";", "a=1&b", "var STARTUP_ARG = \"a=1&b\";"},
+            {"STARTUP_ARG\n'x'\"\"\"\"", "q", "STARTUP_ARG\n'x'\"q\"\"\""},
+            {"STARTUP_ARG=\"x\", b=\"\"", "q", "STARTUP_ARG=\"x\", b=\"\""},
+            {"startup_arg=\"\"", "q", "startup_arg=\"\""},
+            {"\"\" STARTUP_ARG", "q", "\"\" STARTUP_ARG"},
+            {"STARTUP_ARG \"", "q", "STARTUP_ARG \""}, {"STARTUP_ARG \"\"", "", "STARTUP_ARG \"\""},
+            {"STARTUP_ARG \"\"", "\"%\\", "STARTUP_ARG \"\"%\\\""}, {"", "q", ""}};
     for (const auto& [page, query, filled] : rows) {
         EXPECT_STREQ(insert_startup_argument(text_of(page), query).get(), filled) << page;
     }
@@ -55,16 +52,10 @@ TEST(StartupArgument, IsWrittenIntoTheFirstEmptyLiteral)
 
 TEST(UrlQuery, ComesFromTheFirstUrlAlone)
 {
-    const std::pair<const char*, const char*> rows[] = {
-        {"tovik demo://x?a=1&b", "a=1&b"},
-        {"tovik demo://x demo://y?a=1", "unset"},
-        {"tovik a?b demo://x?", ""},
-        {"tovik -url file:///p?x=1 demo://y?a=1", "x=1"},
-        {"tovik ?a://b", "unset"},
-        {"tovik a?b://c?d", "d"},
-        {"tovik", "unset"},
-        {"", "unset"},
-    };
+    const std::pair<const char*, const char*> rows[]
+        = {{"tovik demo://x?a=1&b", "a=1&b"}, {"tovik demo://x demo://y?a=1", "unset"},
+            {"tovik a?b demo://x?", ""}, {"tovik -url file:///p?x=1 demo://y?a=1", "x=1"},
+            {"tovik ?a://b", "unset"}, {"tovik a?b://c?d", "d"}, {"tovik", "unset"}, {"", "unset"}};
     for (const auto& [commandLine, expected] : rows) {
         const ProcessArguments arguments(commandLine);
         const char* query = "unset";
@@ -75,13 +66,11 @@ TEST(UrlQuery, ComesFromTheFirstUrlAlone)
 
 TEST(Redirect, IsCutAtTheTokenAndDecoded)
 {
-    const std::pair<const char*, const char*> rows[] = {
-        {"redirect=http%3A%2F%2Fx%2F%3Fa", "http://x/?a"},
-        {"a=1&redirect=x&b=2&autostarttoken=t&c", "x&b=2"},
-        {"autostarttoken=1&redirect=a+b", "a b"},
-        {"redirect=", ""},
-        {"redirect=a&redirect=b", "a&redirect=b"},
-    };
+    const std::pair<const char*, const char*> rows[]
+        = {{"redirect=http%3A%2F%2Fx%2F%3Fa", "http://x/?a"},
+            {"a=1&redirect=x&b=2&autostarttoken=t&c", "x&b=2"},
+            {"autostarttoken=1&redirect=a+b", "a b"}, {"redirect=", ""},
+            {"redirect=a&redirect=b", "a&redirect=b"}};
     for (const auto& [query, redirect] : rows) {
         EXPECT_STREQ(redirect_of_query(query).get(), redirect) << query;
     }
