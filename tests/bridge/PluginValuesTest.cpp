@@ -79,9 +79,9 @@ TEST_F(PluginUser, FindsThePluginByTheOptions)
             {"-plugin -root " + root + "/ -config " + fits, lines("", config, fits) + yes},
             {"-config " + fits + "x", lines("", "", "") + yes},
             {"-plugin " + fits + "x -root " + root, lines("", "", "") + yes}};
-    for (const auto& [options, traced] : rows) {
+    for (const auto& [options, expected] : rows) {
         set_arguments("tovik " + options);
-        EXPECT_EQ(traced(), traced) << options;
+        EXPECT_EQ(traced(), expected) << options;
         wa_FreePlugin();
     }
     std::filesystem::copy_file(newer, library);
