@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Fuzzes all targets with libFuzzer, two at a time: fuzz.sh [SECONDS], 60 in all unless told. Fails
+# for a crash or an input that takes over a second; the input is kept in build/fuzz.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+seconds=${1:-60}
+
+scripts/install-deps.sh
+cmake --preset fuzz >/dev/null
+cmake --build --preset fuzz --target fuzzers >/dev/null
+cd build/fuzz
+
+rm -rf seeds && mkdir seeds
+number=0
+while IFS= read -r seed; do
+    printf '%b' "${seed//%/\\x25}" >"seeds/$((number += 1))"
+done <../../tests/fuzz/seeds.txt
+
+targets=(action_urls base64 command_lines info_texts startup_page url_decoding)
+export each=$((seconds * 2 / ${#targets[@]}))
+printf '%s\n' "${targets[@]}" | xargs -P 2 -I TARGET bash -c '
+    mkdir -p corpus/TARGET
+    tests/fuzz-TARGET corpus/TARGET seeds -max_total_time=$each -timeout=1 -max_len=4096 \
+        -print_final_stats=1 -artifact_prefix=TARGET- >TARGET.log 2>&1 || touch TARGET.failed'
+
+failed=0
+total=0
+for target in "${targets[@]}"; do
+    inputs=$(awk '/number_of_executed_units/ {print $2}' "$target.log")
+    slowest=$(awk '/slowest_unit_time_sec/ {print $2}' "$target.log")
+    if [ -e "$target.failed" ]; then
+        rm "$target.failed"
+        failed=$((failed + 1))
+        tail -n 30 "$target.log"
+    fi
+    echo "$target: ${inputs:-0} inputs, slowest ${slowest:-unknown} s"
+    total=$((total + ${inputs:-0}))
+done
+echo "$total inputs in all, $failed targets failed"
+[ "$failed" -eq 0 ]

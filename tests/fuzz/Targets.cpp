@@ -1,0 +1,178 @@
+// Fuzz targets, one program for each: FUZZ_TARGET names the function below. Each compares with a
+// plain model or checks what must hold for every input, and aborts when it does not.
+#include "bridge/InfoTexts.h"
+#include "util/Utility.h"
+#include "webapp/StartPage.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace {
+
+void require(bool holds)
+{
+    if (!holds) {
+        std::abort();
+    }
+}
+
+/// A copy that ends with its allocation, so that a read beyond it is seen.
+OwnedText exact(const std::string& text)
+{
+    OwnedText copy(new char[text.size() + 1]);
+    std::memcpy(copy.get(), text.c_str(), text.size() + 1);
+    return copy;
+}
+
+/// Splits the input at the first NUL.
+std::pair<std::string, std::string> halves(const std::string& input)
+{
+    const std::size_t end = std::min(input.find('\0'), input.size());
+    return {input.substr(0, end), end < input.size() ? input.substr(end + 1).c_str() : ""};
+}
+
+std::string decoded_by_steps(const std::string& text)
+{
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '%' && i + 2 < text.size() && std::isxdigit(text[i + 1] & 0xFF)
+            && std::isxdigit(text[i + 2] & 0xFF)) {
+            result += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
+            i += 2;
+        } else {
+            result += text[i] == '+' ? ' ' : text[i];
+        }
+    }
+    return result.c_str(); // up to the first NUL
+}
+
+void url_decoding(const std::string& input)
+{
+    const std::string encoded = input.c_str();
+    const OwnedText text = exact(encoded);
+    url_decode(text.get());
+    require(text.get() == decoded_by_steps(encoded));
+}
+
+void action_urls(const std::string& input)
+{
+    const auto [url, name] = halves(input);
+    const OwnedText uri = exact(url);
+    const OwnedText action(get_uri_action(uri.get()));
+    require(!action || (*action.get() != 0 && url.find(action.get()) != std::string::npos));
+    const std::string plain = name.find_first_of("&=") == std::string::npos ? name : "status";
+    const OwnedText value(get_uri_argument(uri.get(), plain.c_str()));
+    if (!plain.empty()) {
+        // An item begins behind the first "?", or at the start, or behind a "&".
+        const std::string query = "&" + url.substr(url.find('?') + 1);
+        const std::size_t item = query.find("&" + plain + "=");
+        require((value != nullptr) == (item != std::string::npos));
+        if (value) {
+            const std::string rest = query.substr(item + plain.size() + 2);
+            require(value.get() == decoded_by_steps(rest.substr(0, rest.find('&'))));
+        }
+    }
+    char part[16];
+    require(get_string_part(uri.get(), '/', name.size() % 5, part, sizeof part) == strlen(part));
+}
+
+void base64(const std::string& input)
+{
+    const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string expected;
+    unsigned int held = 0;
+    unsigned int bits = 0;
+    for (const char c : input.substr(0, input.find('='))) {
+        const std::size_t value = alphabet.find(static_cast<char>(c & 0x7F));
+        if (value != std::string::npos) {
+            held = held << 6 | static_cast<unsigned int>(value);
+            bits += 6;
+            if (bits >= 8) {
+                bits -= 8;
+                expected += static_cast<char>(held >> bits & 0xFF);
+            }
+        }
+    }
+    std::unique_ptr<unsigned char[]> data(new unsigned char[input.size()]);
+    std::memcpy(data.get(), input.data(), input.size());
+    const unsigned long length = base64_decode(data.get(), input.size());
+    require(length == expected.size() && std::memcmp(data.get(), expected.data(), length) == 0);
+    require(input.empty() || data[length] == 0);
+}
+
+void command_lines(const std::string& input)
+{
+    const auto [line, name] = halves(input);
+    int count = 0;
+    const OwnedList list(alloc_argument_list(exact(line).get(), &count));
+    require(list != nullptr && list[static_cast<std::size_t>(count)] == nullptr);
+    const char* value = nullptr;
+    unsigned int number = 7;
+    const int found = get_argument(count, list.get(), name.c_str(), &value);
+    require(found == get_argument(count, list.get(), name.c_str(), &number));
+    require((found != 0) == (value != nullptr));
+    require(found == 0 || number == static_cast<unsigned int>(string2number(value)));
+    const OwnedList joined(append_argument_list(list.get(), count, list.get(), count));
+    for (int i = 0; i < count; ++i) {
+        require(std::strcmp(
+                    joined[static_cast<std::size_t>(count + i)], list[static_cast<std::size_t>(i)])
+            == 0);
+    }
+    char digits[24];
+    const long read = string2number(line.c_str());
+    require(number2string(read, digits, sizeof digits) && string2number(digits) == read);
+}
+
+void info_texts(const std::string& input)
+{
+    const OwnedText text = exact(input.c_str());
+    const std::size_t size = input.empty() ? 0 : static_cast<unsigned char>(input.back()) % 80;
+    for (auto* format : {format_client_info, format_system_info}) {
+        const OwnedText buffer(new char[size + 1]());
+        if (format(text.get(), buffer.get(), size)) {
+            require(std::strlen(buffer.get()) < size && std::strchr(buffer.get(), '/') != nullptr);
+        } else {
+            require(*buffer.get() == 0);
+        }
+    }
+}
+
+void startup_page(const std::string& input)
+{
+    const auto [page, query] = halves(input);
+    const std::string filled = insert_startup_argument(exact(page), exact(query).get()).get();
+    require(filled == page || filled.size() == page.size() + query.size());
+    require(query.empty() || filled == page || filled.find('"' + query + '"') != std::string::npos);
+}
+
+} // namespace
+
+#ifdef FUZZ_TARGET
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    FUZZ_TARGET(std::string(reinterpret_cast<const char*>(data), size));
+    return 0;
+}
+#else
+/// Replays files of seeds, a seed a line with "\0" for NUL: each through every target.
+int main(int argc, char** argv)
+{
+    for (int i = 1; i < argc; ++i) {
+        std::ifstream file(argv[i]);
+        for (std::string seed; std::getline(file, seed);) {
+            for (std::size_t at = 0; (at = seed.find("\\0", at)) != std::string::npos;) {
+                seed.replace(at, 2, 1, '\0');
+            }
+            for (auto* target :
+                {url_decoding, action_urls, base64, command_lines, info_texts, startup_page}) {
+                target(seed);
+            }
+        }
+    }
+    return argc > 1 ? 0 : 1;
+}
+#endif
