@@ -74,6 +74,10 @@ const char* get_property(void* instance, const char* name)
 {
     Instance& self = instance_of(instance);
     const std::string wanted = shown(name);
+    const char* abortAt = std::getenv("TEST_PLUGIN_ABORT");
+    if (abortAt != nullptr && wanted == abortAt) {
+        std::abort();
+    }
     if (wanted == "invalid") {
         return "a\xff\xfe";
     }

@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# exports.sh LIBRARY HOST: the library exports just the documented names, and both are hardened.
+set -euo pipefail
+
+fail() {
+    echo "$1"
+    exit 1
+}
+
+expected="EntryAdmin Main P_Available P_EnumProperty P_Finalize P_GetProperty P_Initialize P_Invoke \
+P_SetProperty webkit_web_extension_initialize"
+exported=$(nm -D --defined-only "$1" | awk '{print $3}' | LC_ALL=C sort | xargs)
+[ "$exported" = "$expected" ] || fail "$1 exports $exported"
+for file in "$1" "$2"; do
+    headers=$(readelf -dlW "$file")
+    grep -q GNU_RELRO <<<"$headers" || fail "$file: no RELRO"
+    grep -qE 'BIND_NOW|Flags: NOW' <<<"$headers" || fail "$file: not bound at start"
+    grep -qE 'GNU_STACK.* RW ' <<<"$headers" || fail "$file: executable stack"
+    grep -q __stack_chk_fail <<<"$(nm -D "$file")" || fail "$file: no stack protector"
+done
