@@ -58,7 +58,7 @@ bool write_info(char* buffer, std::size_t size, const char* name, const char* ve
 
 } // namespace
 
-bool format_client_info(const char* text, char* buffer, std::size_t size)
+bool wa_format_client_info(const char* text, char* buffer, std::size_t size)
 {
     const OwnedText product = decoded(text);
     char* second = cut_at(product.get(), ';');
@@ -67,7 +67,7 @@ bool format_client_info(const char* text, char* buffer, std::size_t size)
         && write_info(buffer, size, product.get(), version, 2, '1');
 }
 
-bool format_system_info(const char* text, char* buffer, std::size_t size)
+bool wa_format_system_info(const char* text, char* buffer, std::size_t size)
 {
     const OwnedText system = decoded(text);
     if (cut_at(system.get(), ';') == nullptr) {

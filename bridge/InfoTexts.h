@@ -8,7 +8,7 @@
 
 /// Writes "Product/major.minor" from "Product;...;MMmm,..." into `buffer` of `size` bytes. False,
 /// with nothing written, when `text` is null, a separator is missing, or it does not fit.
-bool format_client_info(const char* text, char* buffer, std::size_t size);
+bool wa_format_client_info(const char* text, char* buffer, std::size_t size);
 
 /// Writes "System/major.minor" from "System name MM.mm...;...", likewise.
-bool format_system_info(const char* text, char* buffer, std::size_t size);
+bool wa_format_system_info(const char* text, char* buffer, std::size_t size);

@@ -27,7 +27,7 @@ bool wa_client_info(char* buffer, unsigned long size)
     const char* agent = P_GetProperty(plugin, "UserAgentId");
     const std::size_t length = tovik::_strlen(agent);
     if (length == 0) {
-        return format_client_info(P_GetProperty(plugin, "ProductInfo"), buffer, size);
+        return wa_format_client_info(P_GetProperty(plugin, "ProductInfo"), buffer, size);
     }
     if (length >= size) {
         return false;
@@ -38,7 +38,7 @@ bool wa_client_info(char* buffer, unsigned long size)
 
 bool wa_system_info(char* buffer, unsigned long size)
 {
-    return format_system_info(plugin_property("MachineInfo"), buffer, size);
+    return wa_format_system_info(plugin_property("MachineInfo"), buffer, size);
 }
 
 bool wa_user_agent_info(char* buffer, unsigned long size)

@@ -14,7 +14,8 @@ else()
 endif()
 
 # tovik_room(NAME SOURCE...): one room of the library as an object library, so that every room
-# states what it may include and the border between rooms is guarded by the compiler.
+# states what it links to. The rooms below GTK have no include path to it; scripts/lint.sh looks
+# at what bridge/ takes from webapp/.
 function(tovik_room name)
   add_library(${name} OBJECT ${ARGN})
   target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})

@@ -15,13 +15,14 @@ constexpr int kNoDisplay = 3;
 
 constexpr char kVersion[] = "tovik " TOVIK_VERSION "\n";
 
-constexpr char kHelp[] = R"(Usage: tovik [OPTION]... [URL]
+constexpr char kHelp[] = R"(Usage: tovik [OPTION]... [ANY://URL?QUERY]
 
 Shows one page in a window and writes the page's answer to a file.
 
   -url PAGE        page to show: a file of the user interface, a URL, or res://PATH
                    for a page of the plug-in (default index.html)
-  -root DIR/       where else files, plug-in and library are looked for; end it with "/"
+  -root DIR/       where else files and plug-in are looked for; end it with "/". It must hold
+                   this library too, or pages have no plug-in
   -store FILE      write the answer to FILE when the window is gone
   -title TEXT      window title
   -icon FILE       window icon, or "none"
@@ -39,7 +40,7 @@ Shows one page in a window and writes the page's answer to a file.
   --help           show this text
   --version        show the version
 
-A value never begins with "-". The query of the first URL among the arguments is passed on to
+A value never begins with "-". The query of the first argument that holds "://" is passed on to
 the page.
 
 Exit status: 0 the window was shown and is gone, whatever the answer; 2 the library cannot be

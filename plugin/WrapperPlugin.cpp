@@ -10,7 +10,7 @@ namespace {
 using NewerInitialize = void*(void*, void*, void*, void*, void** instance);
 using OlderInitialize = void*(const char*, const char*, const char*, PluginCallback);
 
-/// File that the loader mapped at this address; null when there is none.
+/// Load address of the module that holds this address; null when none does.
 void* module_of(void* address) noexcept
 {
     Dl_info module = {};

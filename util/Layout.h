@@ -40,5 +40,5 @@ bool osGetBrandName(char* buffer, std::size_t capacity);
 
 /// Path of the plug-in library lib<brand>.so: beside the running program, or with the first
 /// "/bin/" of that path as "/lib/", or in "/usr/lib/". False when there is none; the buffer then
-/// holds the last place looked at.
+/// holds the last place looked at, or is empty when its capacity is below 21.
 bool osGetLibrary(char* buffer, std::size_t capacity);

@@ -44,7 +44,7 @@ std::uint32_t bounded(std::uint32_t length, std::uint32_t room)
 
 } // namespace
 
-Frame initial_frame(const FrameOptions& options, Size workArea)
+Frame wa_initial_frame(const FrameOptions& options, Size workArea)
 {
     if (options.fullscreen) {
         return {{0, 0}, {workArea.width, workArea.height - kTitleBar}};
@@ -58,12 +58,12 @@ Frame initial_frame(const FrameOptions& options, Size workArea)
     return {{(workArea.width - size.width) / 2, (workArea.height - size.height) / 2}, size};
 }
 
-Size shown_size(Size size, Size workArea)
+Size wa_shown_size(Size size, Size workArea)
 {
     return size.width <= 100 && size.height <= 100 ? scaled(workArea, size) : size;
 }
 
-Size resized(std::uint32_t value, bool percent, Size reference, Size workArea)
+Size wa_resized(std::uint32_t value, bool percent, Size reference, Size workArea)
 {
     Size size = reference;
     if (percent && value != 0) {
@@ -76,7 +76,7 @@ Size resized(std::uint32_t value, bool percent, Size reference, Size workArea)
     return {bounded(size.width, workArea.width), bounded(size.height, workArea.height)};
 }
 
-Position moved_inside(Position at, Size size, Size workArea)
+Position wa_moved_inside(Position at, Size size, Size workArea)
 {
     return {at.x + size.width > workArea.width ? workArea.width - size.width : at.x,
         at.y + size.height > workArea.height ? workArea.height - size.height : at.y};

@@ -63,16 +63,16 @@ struct FrameOptions {
 
 /// Frame of the window that the command line asks for: 320 wide and 512 high without "-size",
 /// centred without "-position". A position of 0,0 leaves the place to the window manager.
-Frame initial_frame(const FrameOptions& options, Size workArea);
+Frame wa_initial_frame(const FrameOptions& options, Size workArea);
 
 /// Size of the window to show: a width and a height of at most 100 each are percentages.
-Size shown_size(Size size, Size workArea);
+Size wa_shown_size(Size size, Size workArea);
 
 /// Size that a resize asks for, at least 64 and at most the work area in each dimension.
 /// value    a percentage of the reference size (0 restores it), or a packed pair of pixels in
 ///          which a half of 0 stands for that of the reference size
-Size resized(std::uint32_t value, bool percent, Size reference, Size workArea);
+Size wa_resized(std::uint32_t value, bool percent, Size reference, Size workArea);
 
 /// Position of a window moved back where it sticks out of the right or bottom edge; unchanged
 /// where it does not.
-Position moved_inside(Position at, Size size, Size workArea);
+Position wa_moved_inside(Position at, Size size, Size workArea);

@@ -81,7 +81,9 @@ gboolean wa_web_decide_policy_cb(
         const char* uri = navigation_uri(decision);
         if (tovik::_strncmp(uri, "tvk://", 6) == 0) {
             webkit_policy_decision_ignore(decision);
-            wa_web_action(uri);
+            if (g_MainWindow != nullptr) {
+                wa_web_action(uri);
+            }
         } else {
             webkit_policy_decision_use(decision);
         }
@@ -121,8 +123,8 @@ void wa_web_action_Exit(const char* status, const char* response)
 
 void wa_web_action_Resize(unsigned int value, unsigned int percent)
 {
-    const Size workArea = work_area();
-    const Size size = resized(value, percent != 0, size_of_pair(g_Size), workArea);
+    const Size workArea = wa_work_area();
+    const Size size = wa_resized(value, percent != 0, size_of_pair(g_Size), workArea);
     const int width = static_cast<int>(size.width);
     const int height = static_cast<int>(size.height);
     GtkWindow* window = GTK_WINDOW(g_MainWindow);
@@ -135,7 +137,7 @@ void wa_web_action_Resize(unsigned int value, unsigned int percent)
     int y = 0;
     gtk_window_get_position(window, &x, &y);
     const Position at = {static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y)};
-    const Position inside = moved_inside(at, size, workArea);
+    const Position inside = wa_moved_inside(at, size, workArea);
     if ((x == 0 && y == 0) || inside == at) {
         return;
     }
@@ -151,7 +153,7 @@ void wa_web_action_Reload()
         wa_open_view();
         return;
     }
-    const OwnedText redirect = redirect_of_query(query);
+    const OwnedText redirect = wa_redirect_of_query(query);
     if (!redirect) {
         return;
     }
@@ -190,7 +192,7 @@ char** wa_copy_argument_list()
     return copies.release();
 }
 
-void free_argument_copies(char** copies)
+void wa_free_argument_copies(char** copies)
 {
     for (char** copy = copies; *copy != nullptr; ++copy) {
         delete[] * copy;
@@ -198,7 +200,7 @@ void free_argument_copies(char** copies)
     delete[] copies;
 }
 
-OwnedText redirect_of_query(const char* query)
+OwnedText wa_redirect_of_query(const char* query)
 {
     constexpr char kName[] = "redirect=";
     const char* value = tovik::_strstr(query, kName);

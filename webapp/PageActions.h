@@ -10,7 +10,8 @@
 #include <webkit2/webkit2.h>
 
 /// Handler of "decide-policy". TRUE: the decision is taken or left as it is; navigations proceed,
-/// except that a URI beginning with "tvk://" is refused and carried out as an action. FALSE, for
+/// except that a URI beginning with "tvk://" is refused and, as long as the window's run lasts,
+/// carried out as an action. FALSE, for
 /// types other than navigation, new window and response, leaves it to WebKit.
 gboolean wa_web_decide_policy_cb(WebKitWebView* view, WebKitPolicyDecision* decision,
     WebKitPolicyDecisionType type, void* data = nullptr) noexcept;
@@ -27,7 +28,7 @@ void wa_web_action(const char* action, const char* status, const char* response)
 void wa_web_action_Exit(const char* status, const char* response);
 
 /// Resizes the window, at least 64 and at most the work area, and moves it back inside the work
-/// area where it sticks out. See resized() for `value` and `percent`; the reference is g_Size.
+/// area where it sticks out. See wa_resized() for `value` and `percent`; the reference is g_Size.
 void wa_web_action_Resize(unsigned int value, unsigned int percent);
 
 /// Loads the start page again or, when the URL query of the process arguments carries a redirect,
@@ -42,15 +43,15 @@ void wa_web_action_Restart();
 void wa_web_action_Script(const char* name, unsigned char search);
 
 /// New null-terminated array of copies of the process arguments, the array and each copy from
-/// array-new; the caller releases it with free_argument_copies().
+/// array-new; the caller releases it with wa_free_argument_copies().
 char** wa_copy_argument_list();
 
 /// Releases an array of wa_copy_argument_list().
-void free_argument_copies(char** copies);
+void wa_free_argument_copies(char** copies);
 
 /// Copies of the process arguments.
-using OwnedArgumentCopies = std::unique_ptr<char*[], ReleaseWith<free_argument_copies>>;
+using OwnedArgumentCopies = std::unique_ptr<char*[], ReleaseWith<wa_free_argument_copies>>;
 
 /// New string with the redirect in a URL query: what follows the first "redirect=", up to the
 /// first "&autostarttoken=" behind it, URL-decoded. Null when there is none.
-OwnedText redirect_of_query(const char* query);
+OwnedText wa_redirect_of_query(const char* query);

@@ -64,7 +64,7 @@ void wa_translate_url_resource(int argc, char** argv, const char* url)
     g_Content.reset(wa_load_url_resource(url));
     const char* query = nullptr;
     if (g_Content && get_url_arguments(argc, argv, &query) != 0) {
-        g_Content = insert_startup_argument(std::move(g_Content), query);
+        g_Content = wa_insert_startup_argument(std::move(g_Content), query);
     }
 }
 
@@ -131,7 +131,7 @@ int wa_get_url_arguments(const char** query)
     return get_url_arguments(g_ARGC, g_ARGV, query);
 }
 
-OwnedText insert_startup_argument(OwnedText page, const char* query)
+OwnedText wa_insert_startup_argument(OwnedText page, const char* query)
 {
     const char* quote = tovik::_strchr(tovik::_strstr(page.get(), "STARTUP_ARG"), '"');
     if (quote == nullptr || quote[1] != '"') {

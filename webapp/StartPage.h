@@ -32,4 +32,4 @@ int wa_get_url_arguments(const char** query);
 
 /// Writes `query` as it is between the two double quotes that follow the first "STARTUP_ARG" of
 /// the page. A page without that mark, or with another literal behind it, is returned unchanged.
-OwnedText insert_startup_argument(OwnedText page, const char* query);
+OwnedText wa_insert_startup_argument(OwnedText page, const char* query);

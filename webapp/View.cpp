@@ -7,7 +7,7 @@
 #include "webapp/ShellState.h"
 #include "webapp/Trace.h"
 
-void create_view(WebKitWebContext* context, const char* userAgent)
+void wa_create_view(WebKitWebContext* context, const char* userAgent)
 {
     g_signal_connect(
         context, "initialize-web-extensions", G_CALLBACK(wa_web_init_web_extension_cb), nullptr);

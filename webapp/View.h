@@ -4,10 +4,10 @@
 
 #include <webkit2/webkit2.h>
 
-/// Creates the web view on WebKit's default context, with settings and signal handlers, and keeps
-/// it in g_WebView. The context ignores TLS errors.
+/// Creates the web view, with settings and signal handlers, and keeps it in g_WebView.
+/// context    WebKit's default context, which is set to ignore TLS errors
 /// userAgent  the user agent to present; null or empty for the plug-in's part before WebKit's own
-void create_view(WebKitWebContext* context, const char* userAgent);
+void wa_create_view(WebKitWebContext* context, const char* userAgent);
 
 /// Gives the view its settings: scripts on, clipboard and file access open, and the user agent.
 void wa_update_settings(WebKitWebView* view, const char* userAgent);

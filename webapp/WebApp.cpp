@@ -51,7 +51,7 @@ Frame frame_option(const Arguments& arguments)
 {
     const FrameOptions options = {number_option(arguments, "-size"),
         has_option(arguments, "-fullscreen"), number_option(arguments, "-position")};
-    return initial_frame(options, work_area());
+    return wa_initial_frame(options, wa_work_area());
 }
 
 /// Shows the window and, when it is gone, writes the result file and releases the plug-in. Does
@@ -111,5 +111,10 @@ int Main(int argc, char** argv) noexcept
     g_Response.reset();
     g_URL.reset();
     g_Content.reset();
+    // The host may go on, even with a main loop of its own, and so may the page; nothing of this
+    // run is there for it any more.
+    g_MainWindow = nullptr;
+    g_ARGC = 0;
+    g_ARGV = nullptr;
     return 0;
 }

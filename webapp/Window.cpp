@@ -64,7 +64,7 @@ GtkWidget* wa_gui_start(const char* userAgent)
         GTK_SCROLLED_WINDOW(scrolled), GTK_POLICY_AUTOMATIC, GTK_POLICY_AUTOMATIC);
     WebKitWebContext* context = webkit_web_context_get_default();
     if (context != nullptr) {
-        create_view(context, userAgent);
+        wa_create_view(context, userAgent);
         gtk_container_add(GTK_CONTAINER(scrolled), GTK_WIDGET(g_WebView));
     }
     gtk_box_pack_start(GTK_BOX(box), scrolled, TRUE, TRUE, 0);
@@ -75,11 +75,11 @@ void wa_gui_show(GtkWidget* content, const char* icon, const char* title, unsign
     unsigned int y, unsigned int width, unsigned int height, unsigned int wait, int resizing,
     int system)
 {
-    const Size workArea = work_area();
+    const Size workArea = wa_work_area();
     wa_trace("Screen size", packed_pair(workArea));
     wa_trace("Dialog size", packed_pair(width, height));
     wa_trace("Dialog position", packed_pair(x, y));
-    const Size size = shown_size({width, height}, workArea);
+    const Size size = wa_shown_size({width, height}, workArea);
     g_Size = packed_pair(size);
 
     g_MainWindow = create_window(icon);
@@ -115,7 +115,7 @@ void wa_gui_screen_size(unsigned int* width, unsigned int* height)
     }
 }
 
-Size work_area()
+Size wa_work_area()
 {
     Size area = {};
     wa_gui_screen_size(&area.width, &area.height);

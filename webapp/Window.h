@@ -32,7 +32,7 @@ void wa_gui_end(void* content);
 void wa_gui_screen_size(unsigned int* width, unsigned int* height);
 
 /// wa_gui_screen_size() as one value.
-Size work_area();
+Size wa_work_area();
 
 /// Has the destruction of `window`, a GtkWindow, end the main loop.
 void wa_bridge_prepare_window(void* window);

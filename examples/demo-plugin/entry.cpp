@@ -1,8 +1,8 @@
-// The entry points: thin, because nothing may be thrown out of them and each text may be null.
+// The entry points: thin, because each text may be null. An exception out of one of them ends the
+// process; a plug-in that has something to save catches it here.
 // DEMO_OLDER builds the older generation, for comparison; a new plug-in needs only the newer one.
 #include "DemoPlugin.h"
 
-#include <new>
 #include <tovik/plugin.h>
 
 namespace {
@@ -24,14 +24,14 @@ const char* text_or_empty(const char* text)
 
 void* P_Initialize(const char*, const char*, const char*, void (*)(const char*, unsigned long))
 {
-    return new (std::nothrow) DemoPlugin;
+    return new DemoPlugin;
 }
 #else
 #define ENTRY(name) Plg##name
 
 void* PlgInitialize(void*, void*, void*, void*, void** instance)
 {
-    *instance = new (std::nothrow) DemoPlugin;
+    *instance = new DemoPlugin;
     return *instance;
 }
 #endif

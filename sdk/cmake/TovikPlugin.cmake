@@ -4,9 +4,13 @@ function(tovik_add_plugin target)
   add_library(${target} MODULE ${ARGN})
   target_include_directories(${target}
     PRIVATE ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../include)
+  # A unique symbol, of a template for example, would keep the library from ever being closed.
+  target_compile_options(${target}
+    PRIVATE $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fno-gnu-unique>)
   target_link_options(${target} PRIVATE -Wl,-Bsymbolic)
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME tovik
     CXX_VISIBILITY_PRESET hidden
-    C_VISIBILITY_PRESET hidden)
+    C_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON)
 endfunction()

@@ -131,7 +131,7 @@ void info_texts(const std::string& input)
 {
     const OwnedText text = exact(input.c_str());
     const std::size_t size = input.empty() ? 0 : static_cast<unsigned char>(input.back()) % 80;
-    for (auto* format : {format_client_info, format_system_info}) {
+    for (auto* format : {wa_format_client_info, wa_format_system_info}) {
         const OwnedText buffer(new char[size + 1]());
         if (format(text.get(), buffer.get(), size)) {
             require(std::strlen(buffer.get()) < size && std::strchr(buffer.get(), '/') != nullptr);
@@ -144,7 +144,7 @@ void info_texts(const std::string& input)
 void startup_page(const std::string& input)
 {
     const auto [page, query] = halves(input);
-    const std::string filled = insert_startup_argument(exact(page), exact(query).get()).get();
+    const std::string filled = wa_insert_startup_argument(exact(page), exact(query).get()).get();
     require(filled == page || filled.size() == page.size() + query.size());
     require(query.empty() || filled == page || filled.find('"' + query + '"') != std::string::npos);
 }

@@ -30,16 +30,16 @@ TEST(InitialFrame, FollowsTheOptions)
             {{}, false, 0x000A8014, kArea, {{10, 508}, {320, 512}}},
             {{}, false, {}, {319, 511}, {{0x7FFFFFFF, 0x7FFFFFFF}, {320, 512}}}};
     for (const auto& [size, fullscreen, position, area, frame] : rows) {
-        EXPECT_EQ(initial_frame({size, fullscreen, position}, area), frame)
+        EXPECT_EQ(wa_initial_frame({size, fullscreen, position}, area), frame)
             << size.value_or(0) << " " << position.value_or(0);
     }
 }
 
 TEST(ShownSize, TakesTwoSmallNumbersAsPercentages)
 {
-    EXPECT_EQ(shown_size({50, 60}, kArea), (Size {960, 624}));
-    EXPECT_EQ(shown_size({0, 20}, kArea), (Size {0, 208}));
-    EXPECT_EQ(shown_size({100, 101}, kArea), (Size {100, 101}));
+    EXPECT_EQ(wa_shown_size({50, 60}, kArea), (Size {960, 624}));
+    EXPECT_EQ(wa_shown_size({0, 20}, kArea), (Size {0, 208}));
+    EXPECT_EQ(wa_shown_size({100, 101}, kArea), (Size {100, 101}));
 }
 
 TEST(Resize, RefersToTheReferenceAndIsBounded)
@@ -55,17 +55,17 @@ TEST(Resize, RefersToTheReferenceAndIsBounded)
         {5368710, true, kReference, kArea, {64, 1040}}, // 800 times this wraps to 704
     };
     for (const auto& [value, percent, reference, area, size] : rows) {
-        EXPECT_EQ(resized(value, percent, reference, area), size) << value;
+        EXPECT_EQ(wa_resized(value, percent, reference, area), size) << value;
     }
 }
 
 TEST(MovedInside, KeepsTheFarEdgesInTheWorkArea)
 {
-    EXPECT_EQ(moved_inside({1800, 100}, {300, 200}, kArea), (Position {1620, 100}));
-    EXPECT_EQ(moved_inside({1620, 840}, {300, 200}, kArea), (Position {1620, 840}));
-    EXPECT_EQ(moved_inside({10, 841}, {300, 200}, kArea), (Position {10, 840}));
+    EXPECT_EQ(wa_moved_inside({1800, 100}, {300, 200}, kArea), (Position {1620, 100}));
+    EXPECT_EQ(wa_moved_inside({1620, 840}, {300, 200}, kArea), (Position {1620, 840}));
+    EXPECT_EQ(wa_moved_inside({10, 841}, {300, 200}, kArea), (Position {10, 840}));
     // A window left of the screen counts as inside: its far edge wraps to a small number.
-    EXPECT_EQ(moved_inside({0U - 10, 5}, {300, 200}, kArea), (Position {0U - 10, 5}));
+    EXPECT_EQ(wa_moved_inside({0U - 10, 5}, {300, 200}, kArea), (Position {0U - 10, 5}));
 }
 
 TEST(PackedPair, KeepsSixteenBitsOfEach)

@@ -46,7 +46,7 @@ TEST(StartupArgument, IsWrittenIntoTheFirstEmptyLiteral)
             {"STARTUP_ARG \"", "q", "STARTUP_ARG \""}, {"STARTUP_ARG \"\"", "", "STARTUP_ARG \"\""},
             {"STARTUP_ARG \"\"", "\"%\\", "STARTUP_ARG \"\"%\\\""}, {"", "q", ""}};
     for (const auto& [page, query, filled] : rows) {
-        EXPECT_STREQ(insert_startup_argument(text_of(page), query).get(), filled) << page;
+        EXPECT_STREQ(wa_insert_startup_argument(text_of(page), query).get(), filled) << page;
     }
 }
 
@@ -72,9 +72,9 @@ TEST(Redirect, IsCutAtTheTokenAndDecoded)
             {"autostarttoken=1&redirect=a+b", "a b"}, {"redirect=", ""},
             {"redirect=a&redirect=b", "a&redirect=b"}};
     for (const auto& [query, redirect] : rows) {
-        EXPECT_STREQ(redirect_of_query(query).get(), redirect) << query;
+        EXPECT_STREQ(wa_redirect_of_query(query).get(), redirect) << query;
     }
-    EXPECT_EQ(redirect_of_query("Redirect=a"), nullptr);
+    EXPECT_EQ(wa_redirect_of_query("Redirect=a"), nullptr);
 }
 
 TEST(FileSearch, SkipsNamesThatDoNotFit)

@@ -73,7 +73,9 @@ TOVIK_PLUGIN_EXPORT unsigned long PlgInvoke(void* instance, const char* name);
 
 /* Creates the plug-in's instance and returns it; null on failure.
  * text          null
- * globalConfig  path of an existing <brand>.conf beside the library, or null
+ * globalConfig  path of an existing <brand>.conf, or null: in the user-interface process the one in
+ *               the directory of the option "-root", in the web process the one beside Tovik's
+ *               own library
  * localConfig   path given by the option "-config", or null; always null in the web process
  * callback      null
  */
