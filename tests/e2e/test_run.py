@@ -116,10 +116,10 @@ class Run(Shell):
         self.assertEqual(self.run_host("-url", install), "installed")
         self.assertEqual(self.run_host("-url", self.page("location = 'tvk://uninstall?status=OK'")),
                          "CKR_CANCEL")
-        # The opener of the desktop, which asks for the browser in the environment.
+        # The opener of the desktop, which for a scheme of no program asks for $BROWSER.
         self.environment |= {"BROWSER": str(self.dir / "browser"), "XDG_CURRENT_DESKTOP": "X"}
         reload = self.page("location = 'tvk://reload'")
-        query = "x://y?redirect=http%3A%2F%2Flocalhost%2Fa%3Fb&autostarttoken=t"
+        query = "x://y?redirect=none%3A%2F%2Flocalhost%2Fa%3Fb&autostarttoken=t"
         self.assertEqual(self.run_host(query, "-url", reload), "CKR_CANCEL")
         self.until(lambda: self.log().count("\n") == 3)
-        self.assertEqual(self.log(), "hidden\nhome\nhttp://localhost/a?b\n")
+        self.assertEqual(self.log(), "hidden\nhome\nnone://localhost/a?b\n")
