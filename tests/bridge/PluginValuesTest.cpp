@@ -109,6 +109,10 @@ TEST_F(PluginUser, FindsThePluginByTheOptions)
 TEST_F(PluginUser, SaysWhyThereIsNone)
 {
     set_arguments("tovik -plugin /none/libtovik.so");
+    char buffer[64] = "unset";
+    EXPECT_FALSE(wa_user_agent_info(buffer, sizeof buffer));
+    EXPECT_STREQ(buffer, "");
+    EXPECT_EQ(wa_load_url_resource("res://page"), nullptr);
     EXPECT_NE(
         traced().find("App - Plugin missing: /none/libtovik.so: cannot open"), std::string::npos);
     EXPECT_NE(traced().find("Plugin missing"), std::string::npos) << "each call tries again";
@@ -149,62 +153,22 @@ TEST(InfoTexts, AreCutToTwoNumbers)
     EXPECT_TRUE(wa_format_client_info("Product;abc;0612,", buffer, 16));
 }
 
-TEST_F(PluginUser, TakesTheUserAgentFromTheProperties)
+TEST_F(PluginUser, TakesAUserAgentIdThatFitsHalfTheBuffer)
 {
-    char buffer[64] = "unset";
-    load_with("TEST_ProductInfo", "Product;abc;0612,xyz");
-    EXPECT_TRUE(wa_user_agent_info(buffer, sizeof buffer));
-    EXPECT_STREQ(buffer, "Product/6.12");
-    setenv("TEST_MachineInfo", "Ubuntu 22.04.3 LTS;x86_64", 1);
-    load_with("TEST_ProductInfo", "Product;abc;0612,xyz");
-    EXPECT_TRUE(wa_user_agent_info(buffer, sizeof buffer));
-    EXPECT_STREQ(buffer, "Product/6.12 Ubuntu/22.04");
     setenv("TEST_ProductInfo", "Product;abc;0612,xyz", 1);
-    load_with("TEST_UserAgentId", "Own thing");
-    EXPECT_TRUE(wa_user_agent_info(buffer, sizeof buffer));
-    EXPECT_STREQ(buffer, "Own thing Ubuntu/22.04");
+    char buffer[64] = "unset";
     for (const auto& [length, fits] : {std::pair(31, true), std::pair(32, false)}) {
         load_with("TEST_UserAgentId", std::string(length, 'x').c_str());
-        EXPECT_EQ(wa_client_info(buffer, 32), fits);
+        EXPECT_EQ(wa_user_agent_info(buffer, sizeof buffer), fits) << "no way to ProductInfo";
         EXPECT_EQ(std::string(buffer).size(), fits ? length : 0);
-        EXPECT_EQ(wa_user_agent_info(buffer, sizeof buffer), fits) << "no way back to ProductInfo";
-        EXPECT_EQ(buffer[0] != 0, fits);
     }
-    unsetenv("TEST_MachineInfo");
-    unsetenv("TEST_ProductInfo");
     EXPECT_FALSE(wa_user_agent_info(buffer, 0));
-}
-
-TEST_F(PluginUser, TakesPagesAndDefaultOptions)
-{
     load_with("TEST_Web_page", "PHA+aGk8L3A+");
+    EXPECT_TRUE(wa_user_agent_info(buffer, sizeof buffer));
+    EXPECT_STREQ(buffer, "Product/6.12") << "without MachineInfo";
     EXPECT_STREQ(OwnedText(wa_load_url_resource("res://page")).get(), "<p>hi</p>");
+    EXPECT_STREQ(P_GetProperty(wa_GetPlugin(), "Web:page"), "PHA+aGk8L3A+") << "untouched";
     EXPECT_EQ(wa_load_url_resource("res://page?x"), nullptr);
-    EXPECT_STREQ(P_GetProperty(wa_GetPlugin(), "Web:page"), "PHA+aGk8L3A+");
-
-    char a[] = "a";
-    char b[] = "b";
-    char* arguments[] = {a, b, nullptr};
-    const std::pair<const char*, std::vector<std::string>> rows[]
-        = {{"-title \"De mo\"", {"a", "b", "-title", "De mo"}}, {"", {"a", "b"}}};
-    for (const auto& [options, expected] : rows) {
-        load_with("TEST_ConfigGlobal_Command_App", options);
-        int count = 2;
-        const OwnedList list(wa_get_default_argument_list(arguments, &count));
-        ASSERT_EQ(count, static_cast<int>(expected.size()));
-        EXPECT_EQ(std::vector<std::string>(list.get(), list.get() + count), expected);
-    }
-}
-
-TEST_F(PluginUser, LivesWithoutAPlugin)
-{
-    set_arguments("tovik -plugin /none/libtovik.so");
-    g_Verbose = 2;
-    char buffer[64] = "unset";
-    EXPECT_FALSE(wa_client_info(buffer, sizeof buffer));
-    EXPECT_STREQ(buffer, "");
-    EXPECT_FALSE(wa_user_agent_info(buffer, sizeof buffer));
-    EXPECT_EQ(wa_load_url_resource("res://page"), nullptr);
     int count = 7;
     EXPECT_EQ(wa_load_argument_list(&count), nullptr);
     EXPECT_EQ(count, 7);

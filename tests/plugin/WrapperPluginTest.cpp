@@ -125,16 +125,14 @@ TEST_F(Plugins, AreReachedThroughTheVirtualOperations)
 
 TEST_F(Plugins, KeepTheirRootOnlyFromAPathWithASlash)
 {
-    const std::pair<const char*, const char*> rows[]
-        = {{"/opt/app/libtovik.so", "/opt/app/"}, {"/libtovik.so", "/"},
-            {"libtovik.so", "unchanged"}, {"", "unchanged"}, {nullptr, "unchanged"}};
-    for (const auto& [path, root] : rows) {
+    for (const auto& [path, root] :
+        {std::pair("/opt/app/x.so", "/opt/app/"), {"/x.so", "/"}, {"x.so", PLUGINS "/newer/"}}) {
         CWrapperPlugin plugin;
         ASSERT_NE(plugin.Available(library("newer").c_str()), nullptr);
         plugin.SetRoot(path);
+        plugin.SetRoot(nullptr);
         ASSERT_TRUE(plugin.Initialize(nullptr, nullptr, nullptr, nullptr));
-        const std::string expected = root == std::string("unchanged") ? PLUGINS "/newer/" : root;
-        EXPECT_EQ(plugin.GetProperty("WorkingDirectory"), expected) << path;
+        EXPECT_STREQ(plugin.GetProperty("WorkingDirectory"), root);
     }
 }
 
@@ -158,14 +156,12 @@ TEST_F(Plugins, AreLoadedByTheDefaultNameWithoutAPath)
     EXPECT_EQ(P_GetProperty(plugin, "a"), nullptr) << "another handle sets nothing";
     P_SetProperty(plugin, "a", "b");
     EXPECT_STREQ(P_GetProperty(plugin, "a"), "b");
-    EXPECT_STREQ(P_EnumProperty(plugin, "a", "b"), "<a|b>");
-    EXPECT_EQ(P_Invoke(plugin, "abc"), 3U);
     P_Finalize(plugin);
     EXPECT_EQ(log(),
         "older initialize t null null null\nfinalize\n"
         "older initialize t null null null\nfinalize\n"
         "older initialize without Available null null null\n"
-        "set a b\ninvoke abc\nfinalize\n");
+        "set a b\nfinalize\n");
 }
 
 // The library exports the older names itself: found through a plug-in that is linked to it, they

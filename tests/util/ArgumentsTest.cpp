@@ -59,8 +59,6 @@ TEST(ArgumentList, IsJoinedAsFreshCopies)
         EXPECT_EQ(strings_of(list.get(), static_cast<int>(joined.size())), joined);
         EXPECT_TRUE(joined.empty() || list[0] != first.list()[0]);
     }
-    const OwnedList none(append_argument_list(nullptr, 0, nullptr, 0));
-    EXPECT_EQ(none[0], nullptr);
     free_argument_list(nullptr);
 }
 

@@ -112,25 +112,12 @@ TEST(Trace, IsDecidedOnceFromTheProcessArguments)
         EXPECT_EQ(wa_verbose(), 1);
     }
     wa_trace("Action:", "exit");
-    wa_trace("Path:");
     wa_trace(nullptr, "text");
     wa_trace(static_cast<const char*>(nullptr));
     wa_trace("Screen size", 0x07800410);
     wa_trace(nullptr, 10);
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
-        "App - Action: exit\nApp - Path: \nApp -  text\nApp - Screen size 0x07800410\n"
+        "App - Action: exit\nApp -  text\nApp - Screen size 0x07800410\n"
         "App -  0x0000000A\n");
     g_Verbose = 0;
-}
-
-TEST(ArgumentCopies, EndWithNull)
-{
-    const ProcessArguments arguments("tovik \"\" -x");
-    const OwnedArgumentCopies copies(wa_copy_argument_list());
-    EXPECT_STREQ(copies[0], "tovik");
-    EXPECT_STREQ(copies[1], "");
-    EXPECT_STREQ(copies[2], "-x");
-    EXPECT_EQ(copies[3], nullptr);
-    g_ARGC = -1;
-    EXPECT_EQ(OwnedArgumentCopies(wa_copy_argument_list())[0], nullptr);
 }
