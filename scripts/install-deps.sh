@@ -10,7 +10,7 @@ packages=(
     xvfb xauth xdotool imagemagick xdg-utils
     # testing
     libgtest-dev libgmock-dev openbox x11-utils clang-format clang-tidy python3 openssl
-    clang libclang-rt-14-dev
+    clang libclang-rt-14-dev gcovr valgrind
     # measuring
     libbenchmark-dev
 )

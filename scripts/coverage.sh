@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Runs all tests with line counters in both processes and prints what they reach of the library.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/install-deps.sh
+cmake --preset coverage >/dev/null
+cmake --build --preset coverage >/dev/null
+find build/coverage -name '*.gcda' -delete
+ctest --preset coverage
+gcovr --root . --filter '(util|plugin|bridge|webapp|host)/' --exclude-throw-branches build/coverage

@@ -1,0 +1,38 @@
+// The handlers that no page brings about while TLS errors are ignored, called directly.
+#include "webapp/View.h"
+
+#include "tests/support/TempDirectory.h"
+#include "util/StringUtil.h"
+#include "webapp/OwnedObject.h"
+#include "webapp/ShellState.h"
+#include "webapp/Window.h"
+
+#include <gtest/gtest.h>
+
+TEST(TlsFailure, AllowsTheCertificateAndLoadsTheStartPageAgain)
+{
+    ASSERT_TRUE(gtk_init_check(nullptr, nullptr)) << "run it under xvfb-run";
+    const TempDirectory directory;
+    const std::string file = directory / "pem";
+    ASSERT_EQ(
+        system(("openssl req -x509 -newkey rsa:2048 -nodes -subj /CN=x -keyout /dev/null -out '"
+            + file + "' 2>/dev/null")
+                   .c_str()),
+        0);
+    const OwnedObject<GTlsCertificate> certificate(
+        g_tls_certificate_new_from_file(file.c_str(), nullptr));
+    ASSERT_NE(wa_gui_start("agent"), nullptr);
+    g_URL.reset(tovik::_strnew("about:blank"));
+    const auto fails = [&certificate](std::string uri) {
+        return wa_web_load_failed_tls_cb(
+            g_WebView, uri.data(), certificate.get(), G_TLS_CERTIFICATE_UNKNOWN_CA, nullptr);
+    };
+    EXPECT_FALSE(fails("no scheme"));
+    EXPECT_EQ(webkit_web_view_get_uri(g_WebView), nullptr);
+    for (const char* uri : {"https://host:8443/path", "https://host", "://"}) {
+        webkit_web_view_load_uri(g_WebView, "about:srcdoc");
+        EXPECT_TRUE(fails(uri)) << uri;
+        EXPECT_STREQ(webkit_web_view_get_uri(g_WebView), "about:blank") << uri;
+    }
+    EXPECT_TRUE(wa_web_authenticate_cb(g_WebView, nullptr, nullptr));
+}
