@@ -43,7 +43,7 @@ class Shell(unittest.TestCase):
         with open(read, encoding="ascii") as number:
             self.environment["DISPLAY"] = ":" + number.readline().strip()
         if self.window_manager:
-            self.spawn(["openbox"], env=self.desktop())
+            self.spawn(["openbox"], env=self.desktop(), stderr=subprocess.DEVNULL)
             self.until(lambda: "window id" in self.ask("xprop -root _NET_SUPPORTING_WM_CHECK"))
 
     def desktop(self):

@@ -1,0 +1,17 @@
+#!/usr/bin/env bash
+# Runs the unit tests under valgrind; fails for any error or leak that it reports.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/install-deps.sh
+cmake --preset dev >/dev/null
+cmake --build --preset dev >/dev/null
+export LD_LIBRARY_PATH=$PWD/build/dev/tests/plugins/default
+
+# A process for each test, as ctest has it: what a test leaves loaded is not the next one's business.
+for program in util plugin bridge webapp; do
+    "build/dev/tests/$program-test" --gtest_list_tests | awk '/^[^ ]/ {suite = $1} /^ / {print suite $1}' |
+        xargs -P "$(nproc)" -I TEST valgrind --quiet --error-exitcode=1 --leak-check=full \
+            --errors-for-leak-kinds=definite --child-silent-after-fork=yes \
+            "build/dev/tests/$program-test" --gtest_brief=1 --gtest_filter=TEST
+done
