@@ -1,8 +1,19 @@
 #include "util/MemoryUtil.h"
 
+#include "util/Blocks.h"
+
 #include <cstring>
 
 namespace tovik {
+namespace {
+
+/// Whether an ascending copy would reach bytes of `from` only after it has overwritten them.
+bool overtakes(const void* to, const void* from, std::size_t n)
+{
+    return reinterpret_cast<std::uintptr_t>(to) - reinterpret_cast<std::uintptr_t>(from) < n;
+}
+
+} // namespace
 
 void* _memcpy(void* dst, const void* src, std::size_t n)
 {
@@ -11,9 +22,18 @@ void* _memcpy(void* dst, const void* src, std::size_t n)
     }
     auto* to = static_cast<unsigned char*>(dst);
     const auto* from = static_cast<const unsigned char*>(src);
-    for (std::size_t i = 0; i < n; ++i) {
-        to[i] = from[i];
+    if (n < kBlockSize || overtakes(to, from, n)) {
+        for (std::size_t i = 0; i < n; ++i) {
+            to[i] = from[i];
+        }
+        return dst;
     }
+    // Read before anything is written, for the operands may overlap.
+    const Block last = load_block(from + n - kBlockSize);
+    for (std::size_t i = 0; i < n - kBlockSize; i += kBlockSize) {
+        store_block(to + i, load_block(from + i));
+    }
+    store_block(to + n - kBlockSize, last);
     return dst;
 }
 
@@ -26,7 +46,7 @@ void _memset(void* dst, unsigned char value, std::size_t n)
 
 void _memmove(void* dst, void* src, std::size_t n)
 {
-    if (dst < src) {
+    if (!overtakes(dst, src, n)) {
         _memcpy(dst, src, n);
         return;
     }
@@ -35,9 +55,17 @@ void _memmove(void* dst, void* src, std::size_t n)
     }
     auto* to = static_cast<unsigned char*>(dst);
     const auto* from = static_cast<const unsigned char*>(src);
-    for (std::size_t i = n; i > 0; --i) {
-        to[i - 1] = from[i - 1];
+    if (n < kBlockSize) {
+        for (std::size_t i = n; i > 0; --i) {
+            to[i - 1] = from[i - 1];
+        }
+        return;
     }
+    const Block first = load_block(from);
+    for (std::size_t i = n; i > kBlockSize; i -= kBlockSize) {
+        store_block(to + i - kBlockSize, load_block(from + i - kBlockSize));
+    }
+    store_block(to, first);
 }
 
 int _memcmp(const void* a, const void* b, std::size_t n)

@@ -6,6 +6,15 @@
 namespace tovik {
 namespace {
 
+/// New string of the `length` characters at `s`.
+char* copied(const char* s, std::size_t length)
+{
+    char* text = new char[length + 1];
+    _memcpy(text, s, length);
+    text[length] = 0;
+    return text;
+}
+
 char* concatenated(const char* const* parts, std::size_t count)
 {
     std::size_t length = 0;
@@ -15,8 +24,9 @@ char* concatenated(const char* const* parts, std::size_t count)
     char* text = new char[length + 1];
     char* end = text;
     for (std::size_t i = 0; i < count; ++i) {
-        _strcpy(end, parts[i]);
-        end += _strlen(parts[i]);
+        const std::size_t partLength = _strlen(parts[i]);
+        _memcpy(end, parts[i], partLength);
+        end += partLength;
     }
     *end = 0;
     return text;
@@ -45,7 +55,7 @@ std::size_t nested_span(const char* text, const char* open, const char* close)
 
 char* _strnew(const char* s)
 {
-    return s == nullptr ? nullptr : _strnew(s, _strlen(s));
+    return s == nullptr ? nullptr : copied(s, _strlen(s));
 }
 wchar_t* _strnew(const wchar_t* s)
 {
@@ -72,10 +82,10 @@ char* _strnew(const char* text, const char* open, const char* close)
         const char* end = _strstr(start + _strlen(open), close);
         return end == nullptr
             ? nullptr
-            : _strnew(start, static_cast<std::size_t>(end - start) + _strlen(close));
+            : copied(start, static_cast<std::size_t>(end - start) + _strlen(close));
     }
     const std::size_t length = nested_span(start, open, close);
-    return length == 0 ? nullptr : _strnew(start, length);
+    return length == 0 ? nullptr : copied(start, length);
 }
 
 char* _strconcat(const char* a, const char* b)
@@ -126,7 +136,7 @@ char* _strfind(char* text, const char* begin, const char* end, unsigned char cut
     if (stop == nullptr) {
         return nullptr;
     }
-    char* found = _strnew(inside, static_cast<std::size_t>(stop - inside));
+    char* found = copied(inside, static_cast<std::size_t>(stop - inside));
     if (cut != 0) {
         char* rest = stop + _strlen(end);
         _memmove(start, rest, _strlen(rest) + 1);

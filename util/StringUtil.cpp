@@ -1,5 +1,7 @@
 #include "util/StringUtil.h"
 
+#include "util/Blocks.h"
+
 #include <algorithm>
 #include <climits>
 #include <cstdint>
@@ -36,15 +38,6 @@ template <typename Unit> std::size_t length_of(const Unit* s)
     return length;
 }
 
-template <typename Unit> std::size_t bounded_length(const Unit* s, std::size_t n)
-{
-    std::size_t length = 0;
-    while (length < n && s[length] != 0) {
-        ++length;
-    }
-    return length;
-}
-
 template <typename Unit> const Unit* find_first(const Unit* s, Unit c)
 {
     if (s == nullptr) {
@@ -68,6 +61,117 @@ template <typename Unit> const Unit* find_last(const Unit* s, Unit c)
     return nullptr;
 }
 
+template <typename Unit> bool starts_with(const Unit* s, const Unit* prefix)
+{
+    for (; *prefix != 0; ++s, ++prefix) {
+        if (*s != *prefix) {
+            return false;
+        }
+    }
+    return true;
+}
+
+template <typename Unit> const Unit* find_text(const Unit* haystack, const Unit* needle)
+{
+    if (haystack == nullptr || needle == nullptr || *needle == 0) {
+        return nullptr;
+    }
+    for (; *haystack != 0; ++haystack) {
+        if (starts_with(haystack, needle)) {
+            return haystack;
+        }
+    }
+    return nullptr;
+}
+
+// Narrow texts are read by blocks, which AddressSanitizer takes for reads behind their ends.
+#ifndef __SANITIZE_ADDRESS__
+
+std::size_t length_of(const char* s)
+{
+    if (s == nullptr) {
+        return 0;
+    }
+    TextBlocks blocks(s);
+    while (blocks.find(0) == 0) {
+        blocks.advance();
+    }
+    return static_cast<std::size_t>(blocks.first(blocks.find(0)) - s);
+}
+
+const char* find_first(const char* s, char c)
+{
+    if (s == nullptr || c == 0) {
+        return nullptr;
+    }
+    TextBlocks blocks(s);
+    while (blocks.find_or_end(c) == 0) {
+        blocks.advance();
+    }
+    const char* found = blocks.first(blocks.find_or_end(c));
+    return *found == c ? found : nullptr;
+}
+
+const char* find_last(const char* s, char c)
+{
+    if (s == nullptr || c == 0) {
+        return nullptr;
+    }
+    const char* last = nullptr;
+    for (TextBlocks blocks(s);; blocks.advance()) {
+        if (blocks.find_or_end(c) == 0) {
+            continue;
+        }
+        const Places end = blocks.find(0);
+        // Without an end all places are before it.
+        const Places found = blocks.find(c) & (end - 1);
+        if (found != 0) {
+            last = blocks.last(found);
+        }
+        if (end != 0) {
+            return last;
+        }
+    }
+}
+
+/// First of the `places`, which hold its first character, where `prefix` begins.
+const char* find_among(const TextBlocks& blocks, Places places, const char* prefix)
+{
+    if (places == 0) [[likely]] {
+        return nullptr;
+    }
+    for (; places != 0; places &= places - 1) {
+        const char* found = blocks.first(places);
+        if (starts_with(found + 1, prefix + 1)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+const char* find_text(const char* haystack, const char* needle)
+{
+    if (haystack == nullptr || needle == nullptr || needle[0] == 0) {
+        return nullptr;
+    }
+    if (needle[1] == 0) {
+        return find_first(haystack, needle[0]);
+    }
+    TextBlocks blocks(haystack);
+    while (blocks.find(0) == 0) {
+        // The second character leaves only few places, for each costs a branch guessed wrongly.
+        const Places pairs = blocks.find_pair(needle[0], needle[1]);
+        const char* found = find_among(blocks, pairs, needle);
+        if (found != nullptr) {
+            return found;
+        }
+        blocks.advance();
+    }
+    return find_among(blocks, blocks.find(needle[0]) & (blocks.find(0) - 1), needle);
+}
+
+#endif
+
 template <typename Unit> Unit* copy_bounded(Unit* dst, const Unit* src, std::size_t n)
 {
     if (dst == nullptr || src == nullptr) {
@@ -81,21 +185,37 @@ template <typename Unit> Unit* copy_bounded(Unit* dst, const Unit* src, std::siz
     return dst;
 }
 
+/// The end is looked at first: a terminator orders even before a negative character.
+template <typename Unit> int order(Unit a, Unit b)
+{
+    if (a == b) {
+        return 0;
+    }
+    return a == 0 || (b != 0 && value_of(a) < value_of(b)) ? -1 : 1;
+}
+
+template <typename Unit> int compare(const Unit* a, const Unit* b)
+{
+    if (a == nullptr || b == nullptr) {
+        return -1;
+    }
+    std::size_t i = 0;
+    while (a[i] == b[i] && a[i] != 0) {
+        ++i;
+    }
+    return order(a[i], b[i]);
+}
+
 template <typename Unit> int compare(const Unit* a, const Unit* b, std::size_t n)
 {
     if (a == nullptr || b == nullptr) {
         return -1;
     }
-    for (std::size_t i = 0; i < n; ++i) {
-        if (a[i] != b[i]) {
-            // The end is looked at first: a terminator orders even before a negative character.
-            return a[i] == 0 || (b[i] != 0 && value_of(a[i]) < value_of(b[i])) ? -1 : 1;
-        }
-        if (a[i] == 0) {
-            break;
-        }
+    std::size_t i = 0;
+    while (i < n && a[i] == b[i] && a[i] != 0) {
+        ++i;
     }
-    return 0;
+    return i == n ? 0 : order(a[i], b[i]);
 }
 
 template <typename Unit> int compare_folded(const Unit* a, const Unit* b, std::size_t n)
@@ -124,27 +244,6 @@ template <typename Unit> std::size_t candidates(const Unit* haystack, const Unit
     return length == 0 || length > room ? 0 : room - length + 1;
 }
 
-template <typename Unit> bool starts_with(const Unit* s, const Unit* prefix)
-{
-    for (; *prefix != 0; ++s, ++prefix) {
-        if (*s != *prefix) {
-            return false;
-        }
-    }
-    return true;
-}
-
-template <typename Unit> const Unit* find_text(const Unit* haystack, const Unit* needle)
-{
-    const std::size_t end = candidates(haystack, needle);
-    for (std::size_t i = 0; i < end; ++i) {
-        if (starts_with(haystack + i, needle)) {
-            return haystack + i;
-        }
-    }
-    return nullptr;
-}
-
 } // namespace
 
 std::size_t _strlen(const char* s)
@@ -166,7 +265,7 @@ const char* _strchr(const char* s, char c)
 }
 char* _strchr(char* s, char c)
 {
-    return const_cast<char*>(find_first<char>(s, c));
+    return const_cast<char*>(_strchr(static_cast<const char*>(s), c));
 }
 const wchar_t* _strchr(const wchar_t* s, wchar_t c)
 {
@@ -183,7 +282,7 @@ const char* _strrchr(const char* s, char c)
 }
 char* _strrchr(char* s, char c)
 {
-    return const_cast<char*>(find_last<char>(s, c));
+    return const_cast<char*>(_strrchr(static_cast<const char*>(s), c));
 }
 const wchar_t* _strrchr(const wchar_t* s, wchar_t c)
 {
@@ -234,11 +333,11 @@ char* _strncat(char* dst, const char* src, std::size_t n)
 
 int _strcmp(const char* a, const char* b)
 {
-    return compare(a, b, SIZE_MAX);
+    return compare(a, b);
 }
 int _strcmp(const wchar_t* a, const wchar_t* b)
 {
-    return compare(a, b, SIZE_MAX);
+    return compare(a, b);
 }
 int _strncmp(const char* a, const char* b, std::size_t n)
 {
@@ -270,7 +369,7 @@ const char* _strstr(const char* haystack, const char* needle)
 
 char* _strstr(char* haystack, const char* needle)
 {
-    return const_cast<char*>(find_text<char>(haystack, needle));
+    return const_cast<char*>(_strstr(static_cast<const char*>(haystack), needle));
 }
 
 const wchar_t* _strstr(const wchar_t* haystack, const wchar_t* needle)

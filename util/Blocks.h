@@ -1,0 +1,90 @@
+// Blocks.h: sixteen bytes at a time, for the primitives.
+// The compiler's own vectors do most of the work on every processor. What has an instruction on
+// one of them that the compiler does not find is written out there, and a loop elsewhere.
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+namespace tovik {
+
+/// Sixteen bytes at any address and of any object.
+typedef char Block __attribute__((vector_size(16), aligned(1), may_alias));
+
+constexpr std::size_t kBlockSize = sizeof(Block);
+
+inline Block load_block(const void* from)
+{
+    return *static_cast<const Block*>(from);
+}
+
+inline void store_block(void* to, Block bytes)
+{
+    *static_cast<Block*>(to) = bytes;
+}
+
+/// Some of a block's bytes: bit 0 stands for the first one.
+using Places = unsigned int;
+
+/// Where a comparison of two blocks holds.
+template <typename Comparison> Places places_of(Comparison holds)
+{
+#ifdef __SSE2__
+    return static_cast<Places>(_mm_movemask_epi8(reinterpret_cast<__m128i>(holds)));
+#else
+    Places places = 0;
+    for (unsigned int i = 0; i < kBlockSize; ++i) {
+        places |= holds[i] == 0 ? 0U : 1U << i;
+    }
+    return places;
+#endif
+}
+
+/// The blocks of a text in order. They begin at multiples of their size, so none reaches into a
+/// page of memory that the text does not, although bytes around the text are read.
+class TextBlocks {
+public:
+    explicit TextBlocks(const char* text)
+        : m_start(text - reinterpret_cast<std::uintptr_t>(text) % kBlockSize)
+        , m_bytes(load_block(m_start))
+        , m_inside(~0U << (text - m_start))
+    {
+    }
+
+    void advance()
+    {
+        m_start += kBlockSize;
+        m_bytes = load_block(m_start);
+        m_inside = ~0U;
+    }
+
+    /// Where the block holds `c`, from the start of the text on.
+    Places find(char c) const { return places_of(m_bytes == c) & m_inside; }
+
+    /// Where it holds `c` or the terminator.
+    Places find_or_end(char c) const
+    {
+        return places_of((m_bytes == c) | (m_bytes == 0)) & m_inside;
+    }
+
+    /// Where it holds `c` with `next` behind it; for a block without the terminator.
+    Places find_pair(char c, char next) const
+    {
+        return places_of((m_bytes == c) & (load_block(m_start + 1) == next)) & m_inside;
+    }
+
+    const char* first(Places places) const { return m_start + std::countr_zero(places); }
+    const char* last(Places places) const { return m_start + std::bit_width(places) - 1; }
+
+private:
+    const char* m_start;
+    Block m_bytes;
+    Places m_inside;
+};
+
+} // namespace tovik
