@@ -2,6 +2,7 @@
 
 #include "bridge/PluginLoader.h"
 #include "plugin/plugin.h"
+#include "util/Blocks.h"
 #include "util/Codecs.h"
 #include "util/Owned.h"
 
@@ -15,6 +16,9 @@ using OwnedScriptClass = std::unique_ptr<OpaqueJSClass, ReleaseWith<JSClassRelea
 using OwnedUtf8 = std::unique_ptr<char, ReleaseWith<wa_free_utf8string>>;
 
 constexpr std::size_t kNumberCapacity = 16;
+
+// From this length on it pays to ask a string for its units.
+constexpr std::size_t kLongText = 128;
 
 void wa_init_cb(JSContextRef, JSObjectRef) noexcept { }
 void wa_finalize_cb(JSObjectRef) noexcept { }
@@ -43,11 +47,31 @@ long truncated(double number)
     return number > -kLimit && number < kLimit ? static_cast<long>(number) : LONG_MIN;
 }
 
+/// Copies a long string's units as bytes and terminates them; false when one is not ASCII.
+bool copy_ascii(char* text, const JSChar* units, std::size_t length)
+{
+    const std::size_t last = length - tovik::kBlockSize;
+    for (std::size_t i = 0; i < last; i += tovik::kBlockSize) {
+        if (!tovik::store_ascii(text + i, units + i)) {
+            return false;
+        }
+    }
+    text[length] = 0;
+    return tovik::store_ascii(text + last, units + last);
+}
+
 char* alloc_text_of_string(JSContextRef context, JSValueRef value)
 {
     const OwnedScriptString string(JSValueToStringCopy(context, value, nullptr));
     if (!string) {
         return nullptr;
+    }
+    const std::size_t length = JSStringGetLength(string.get());
+    if (length >= kLongText) {
+        OwnedText text(new char[length + 1]);
+        if (copy_ascii(text.get(), JSStringGetCharactersPtr(string.get()), length)) {
+            return text.release();
+        }
     }
     const std::size_t capacity = JSStringGetMaximumUTF8CStringSize(string.get());
     char* text = new char[capacity];

@@ -1,4 +1,4 @@
-// Blocks.h: sixteen bytes at a time, for the primitives.
+// Blocks.h: sixteen bytes at a time, for the primitives and for the text that a page hands over.
 // The compiler's own vectors do most of the work on every processor. What has an instruction on
 // one of them that the compiler does not find is written out there, and a loop elsewhere.
 #pragma once
@@ -31,18 +31,39 @@ inline void store_block(void* to, Block bytes)
 /// Some of a block's bytes: bit 0 stands for the first one.
 using Places = unsigned int;
 
-/// Where a comparison of two blocks holds.
+/// Where a comparison of two blocks, or of as many bytes in wider units, holds.
 template <typename Comparison> Places places_of(Comparison holds)
 {
 #ifdef __SSE2__
     return static_cast<Places>(_mm_movemask_epi8(reinterpret_cast<__m128i>(holds)));
 #else
+    const Block bytes = reinterpret_cast<Block>(holds);
     Places places = 0;
     for (unsigned int i = 0; i < kBlockSize; ++i) {
-        places |= holds[i] == 0 ? 0U : 1U << i;
+        places |= bytes[i] == 0 ? 0U : 1U << i;
     }
     return places;
 #endif
+}
+
+/// Stores sixteen UTF-16 units as bytes; false, with nothing stored, when one is above 0x7F.
+inline bool store_ascii(char* to, const unsigned short* units)
+{
+    typedef unsigned short Half __attribute__((vector_size(16), aligned(2), may_alias));
+    const Half low = *reinterpret_cast<const Half*>(units);
+    const Half high = *reinterpret_cast<const Half*>(units + kBlockSize / 2);
+    if (places_of((low | high) > 0x7F) != 0) {
+        return false;
+    }
+#ifdef __SSE2__
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to),
+        _mm_packus_epi16(reinterpret_cast<__m128i>(low), reinterpret_cast<__m128i>(high)));
+#else
+    for (unsigned int i = 0; i < kBlockSize; ++i) {
+        to[i] = static_cast<char>(units[i]);
+    }
+#endif
+    return true;
 }
 
 /// The blocks of a text in order. They begin at multiples of their size, so none reaches into a
