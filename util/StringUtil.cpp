@@ -9,16 +9,14 @@
 namespace tovik {
 namespace {
 
-// The narrow order is the signed one on every processor, also where plain char has no sign.
-using Narrow = signed char;
-
+// The order is the signed one on every processor, also where plain char and wchar_t have no sign.
 long long value_of(char c)
 {
-    return static_cast<Narrow>(c);
+    return static_cast<signed char>(c);
 }
 long long value_of(wchar_t c)
 {
-    return c;
+    return static_cast<std::int32_t>(c);
 }
 
 template <typename Unit> long long folded(Unit c)
