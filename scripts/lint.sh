@@ -16,7 +16,7 @@ fi
 # clang-tidy does not know every option of g++.
 database=$(mktemp -d)
 trap 'rm -rf "$database"' EXIT
-sed 's/-fno-tree-loop-distribute-patterns//' "$build/compile_commands.json" \
+sed -E 's/-fno-(tree-loop-distribute-patterns|gnu-unique)//g' "$build/compile_commands.json" \
     >"$database/compile_commands.json"
 
 # What this build compiles; the other files are of other builds.

@@ -47,12 +47,12 @@ std::string decoded_by_steps(const std::string& text)
             result += text[i] == '+' ? ' ' : text[i];
         }
     }
-    return result.c_str(); // up to the first NUL
+    return result.substr(0, result.find('\0'));
 }
 
 void url_decoding(const std::string& input)
 {
-    const std::string encoded = input.c_str();
+    const std::string encoded = input.substr(0, input.find('\0'));
     const OwnedText text = exact(encoded);
     url_decode(text.get());
     require(text.get() == decoded_by_steps(encoded));
@@ -115,10 +115,9 @@ void command_lines(const std::string& input)
     require((found != 0) == (value != nullptr));
     require(found == 0 || number == static_cast<unsigned int>(string2number(value)));
     const OwnedList joined(append_argument_list(list.get(), count, list.get(), count));
-    for (int i = 0; i < count; ++i) {
-        require(std::strcmp(
-                    joined[static_cast<std::size_t>(count + i)], list[static_cast<std::size_t>(i)])
-            == 0);
+    const auto length = static_cast<std::size_t>(count);
+    for (std::size_t i = 0; i < length; ++i) {
+        require(std::strcmp(joined[length + i], list[i]) == 0);
     }
     char digits[24];
     const long read = string2number(line.c_str());
@@ -127,7 +126,7 @@ void command_lines(const std::string& input)
 
 void info_texts(const std::string& input)
 {
-    const OwnedText text = exact(input.c_str());
+    const OwnedText text = exact(input.substr(0, input.find('\0')));
     const std::size_t size = input.empty() ? 0 : static_cast<unsigned char>(input.back()) % 80;
     for (auto* format : {wa_format_client_info, wa_format_system_info}) {
         const OwnedText buffer(new char[size + 1]());

@@ -14,7 +14,7 @@ protected:
     /// Writes a shell script that appends to the file "log".
     std::string script(const std::string& name, const std::string& commands) const
     {
-        const std::string path = m_directory.write(
+        std::string path = m_directory.write(
             name, "#!/bin/sh\nexec >>'" + (m_directory / "log") + "'\n" + commands + "\n");
         std::filesystem::permissions(path, std::filesystem::perms::owner_all);
         return path;
