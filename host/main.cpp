@@ -1,6 +1,10 @@
 // The executable `tovik`: finds the library of this installation, loads it and hands it the
 // command line. It links to nothing but the C library, so that a start pays for GTK and WebKit
 // once, in the library.
+#include "host/Answer.h"
+#include "host/Graphics.h"
+#include "host/Texts.h"
+
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -12,40 +16,6 @@ namespace {
 
 constexpr int kCannotStart = 2;
 constexpr int kNoDisplay = 3;
-
-constexpr char kVersion[] = "tovik " TOVIK_VERSION "\n";
-
-constexpr char kHelp[] = R"(Usage: tovik [OPTION]... [ANY://URL?QUERY]
-
-Shows one page in a window and writes the page's answer to a file.
-
-  -url PAGE        page to show: a file of the user interface, a URL, or res://PATH
-                   for a page of the plug-in (default index.html)
-  -root DIR/       where else files and plug-in are looked for; end it with "/". It must hold
-                   this library too, or pages have no plug-in
-  -store FILE      write the answer to FILE when the window is gone
-  -title TEXT      window title
-  -icon FILE       window icon, or "none"
-  -size PAIR       0xWWWWHHHH, width and height in pixels, or percentages up to 100
-  -position PAIR   0xXXXXYYYY, distance from the left and top edge, or with the top bit of
-                   a half set from the right or bottom one
-  -fullscreen      fill the work area
-  -resizing        let the user resize the window
-  -system          stay above other windows
-  -useragent TEXT  user agent to present
-  -wait MS         pause before the window is shown (default 3)
-  -plugin FILE     plug-in library
-  -config FILE     configuration file for the plug-in
-  -verbose         trace to standard output
-  --help           show this text
-  --version        show the version
-
-A value never begins with "-". The query of the first argument that holds "://" is passed on to
-the page.
-
-Exit status: 0 the window was shown and is gone, whatever the answer; 2 the library cannot be
-loaded; 3 there is no display. The answer stands in FILE alone; CKR_CANCEL is a closed window.
-)";
 
 /// Path of this executable, links resolved; false when the system does not tell.
 bool own_path(char (&path)[PATH_MAX])
@@ -99,9 +69,13 @@ Function* function_of(void* library, const char* path, const char* name)
     return reinterpret_cast<Function*>(symbol);
 }
 
+/// Path of the library; set before anything runs.
+constinit char g_Library[PATH_MAX] = "";
+
 /// Loads the library, checks that there is a display, and runs.
-int run(const char* path, int argc, char** argv)
+int run(int argc, char** argv)
 {
+    const char* path = g_Library;
     void* library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) {
         const char* reason = dlerror();
@@ -129,8 +103,8 @@ int main(int argc, char** argv)
         std::fputs(kVersion, stdout);
         return 0;
     }
-    char path[PATH_MAX];
-    if (!own_path(path)) {
+    char* path = g_Library;
+    if (!own_path(g_Library)) {
         std::fprintf(stderr, "tovik: cannot read /proc/self/exe, which names this program\n");
         return kCannotStart;
     }
@@ -142,9 +116,10 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "tovik: cannot execute %s\n", path);
         return kCannotStart;
     }
-    if (!library_path(path)) {
+    if (!library_path(g_Library)) {
         std::fprintf(stderr, "tovik: %s is not in a directory bin beside lib\n", path);
         return kCannotStart;
     }
-    return run(path, argc, argv);
+    avoid_blank_window(kNvidiaModuleFile);
+    return take_print_option(argc, argv) ? print_answer(argc, argv, run) : run(argc, argv);
 }

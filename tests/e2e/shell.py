@@ -88,9 +88,10 @@ class Shell(unittest.TestCase):
         return lib
 
     def start(self, *arguments, command=None):
-        """Starts the host with these arguments and "-store"."""
+        """Starts the host with these arguments and, without "--print", "-store"."""
         self.store.unlink(missing_ok=True)
-        arguments = [*arguments] if "-store" in arguments else [*arguments, "-store", self.store]
+        if not {"-store", "--print"} & set(arguments):
+            arguments = (*arguments, "-store", self.store)
         self.process = self.spawn([*(command or [self.host]), *arguments], env=self.environment,
                                   cwd=self.dir, text=True, errors="replace",
                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE)
