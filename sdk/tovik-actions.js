@@ -1,0 +1,50 @@
+// tovik-actions.js: what a page asks of the window, as functions of the global `TovikActions`.
+// `TovikActions.exit('CKR_OK', text)` does it, `TovikActions.urls.exit('CKR_OK', text)` gives the
+// URL for a link. A plain script without dependencies; tovik-actions.d.ts describes it.
+'use strict';
+
+const TovikActions = (() => {
+  const query = items => items
+      .filter(([, value]) => value !== undefined)
+      // Half a surrogate pair has no UTF-8 form.
+      .map(([name, value]) => name + '='
+          + encodeURIComponent(String(value).replace(/\p{Surrogate}/gu, '\ufffd')))
+      .join('&');
+
+  function url(action, ...items) {
+    const tail = query(items);
+    return 'tvk://' + action + (tail && '?' + tail);
+  }
+
+  function checked(number, highest) {
+    if (!Number.isInteger(number) || number < 0 || number > highest) {
+      throw new RangeError(`${number} is not a whole number from 0 to ${highest}`);
+    }
+    return number;
+  }
+
+  const half = number => checked(number, 0xFFFF).toString(16).toUpperCase().padStart(4, '0');
+
+  const urls = {
+    exit: (status, response) => url('exit', ['status', status], ['response', response]),
+    // Up to three characters are a percentage; a packed pair has ten.
+    resizePercent: percent => url('resize', ['status', checked(percent, 999)]),
+    resizePixels: (width, height) => url('resize', ['status', '0x' + half(width) + half(height)]),
+    reload: () => url('reload'),
+    restart: () => url('restart'),
+    install: () => url('install'),
+    uninstall: () => url('uninstall'),
+  };
+
+  function perform(address) {
+    if (typeof TovikMock === 'undefined') {
+      location.href = address;
+    } else {
+      TovikMock.perform(address);
+    }
+  }
+
+  const performers = Object.entries(urls)
+      .map(([name, build]) => [name, (...values) => perform(build(...values))]);
+  return Object.freeze({ ...Object.fromEntries(performers), urls: Object.freeze(urls) });
+})();
