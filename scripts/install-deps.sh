@@ -11,6 +11,7 @@ packages=(
     # testing
     libgtest-dev libgmock-dev openbox x11-utils clang-format clang-tidy python3 openssl
     clang libclang-rt-14-dev gcovr valgrind
+    chromium node-typescript
     # measuring
     libbenchmark-dev
 )

@@ -1,0 +1,144 @@
+"""What the SDK promises, on the real engine and in an ordinary browser."""
+import contextlib
+import html
+import json
+import os
+import re
+import shutil
+import subprocess
+
+from server import serve
+from shell import BUILD, PATIENCE, SOURCE, Shell
+from test_bridge import CALLS
+from test_print import RESTART
+
+CHROMIUM = ("chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run "
+            "--disable-background-networking --disable-component-update --disable-sync "
+            "--virtual-time-budget=3000 --dump-dom").split()
+URLS = [
+    ("exit()", "tvk://exit"),
+    ("exit('CKR_OK', '')", "tvk://exit?status=CKR_OK&response="),
+    ("exit('A', 'é +&=#%\\ud800')", "tvk://exit?status=A&response=%C3%A9%20%2B%26%3D%23%25%EF%BF%BD"),
+    ("resizePercent(0)", "tvk://resize?status=0"),
+    ("resizePercent(999)", "tvk://resize?status=999"),
+    ("resizePixels(640, 0)", "tvk://resize?status=0x02800000"),
+    ("resizePixels(65535, 10)", "tvk://resize?status=0xFFFF000A"),
+    *((f"{call}", "RangeError") for call in (
+        "resizePercent(1000)", "resizePercent(1.5)", "resizePixels(65536, 1)", "resizePixels(1)")),
+    *((f"{name}()", f"tvk://{name}") for name in ("reload", "restart", "install", "uninstall")),
+]
+SURROGATES = "Tovik.EnumProperty('x\\ud800y\\udc00', 'é\\u{1f600}')"
+ASKED = [("exit('OK', 'a é')", "answer: a é", ""), ("exit('ERR')", "answer: ERR", ""),
+         ("exit('')", "cancelled", ""), ("exit('OK')", "no answer", "DISPLAY"),
+         ("exit('OK')", "no answer", "PATH")]
+
+
+class Sdk(Shell):
+    window_manager = True
+
+    def setUp(self):
+        super().setUp()
+        self.sdk = shutil.copytree(SOURCE / "sdk", self.dir / "sdk")
+        self.runtime = self.dir / "runtime"
+        self.runtime.mkdir()
+        self.environment |= {"PATH": f"{BUILD}/bin:{os.environ['PATH']}",
+                             "XDG_RUNTIME_DIR": str(self.runtime)}
+
+    def browse(self, page):
+        """The document as it stands when an ordinary browser has run its scripts."""
+        return html.unescape(subprocess.run(
+            [*CHROMIUM, f"--user-data-dir={self.dir / 'profile'}", page.as_uri()], text=True,
+            env=self.desktop(), check=True, capture_output=True, timeout=PATIENCE).stdout)
+
+    def answer_by_keyboard(self):
+        """Enters a name in every window until the process has ended; returns what it printed."""
+        def typed():
+            self.ask("xdotool search --onlyvisible --class tovik windowactivate --sync"
+                     " && xdotool type Ada && xdotool key Return")
+            return self.process.poll() is not None
+
+        self.until(typed)
+        return self.process.communicate()
+
+    def test_mock_and_bridge_conform_on_one_page(self):
+        shutil.copy(SOURCE / "tests/sdk/conformance.html", self.sdk)
+        calls = [*CALLS, *((f"TovikActions.urls.{call}", url) for call, url in URLS)]
+        (self.sdk / "calls.js").write_text(
+            f"const CALLS = {json.dumps([call for call, _ in calls] + [SURROGATES])}")
+        page = self.sdk / "conformance.html"
+        self.install("newer")
+        real = json.loads(self.run_host("-url", page.as_uri()))
+        mock = json.loads(re.search("answer: (.*)</output>", self.browse(page))[1])
+        for (call, expected), *values in zip(calls, real["values"], mock["values"]):
+            self.assertEqual(values, [expected, expected], call)
+        self.assertEqual(real["values"][len(calls):], mock["values"][len(calls):], SURROGATES)
+        self.assertEqual(mock["actions"], [
+            ["resize", "5%zz0 1", None], ["exit", "OK", "é +&%"], ["exit", "ERR", "x"]])
+
+    def test_typings_are_neither_narrower_nor_wider_than_the_bridge(self):
+        command = ["tsc", "--noEmit", "--strict", "--target", "es2020",
+                   *self.sdk.glob("*.d.ts"), *(SOURCE / "tests/sdk").glob("*.ts")]
+        checked = subprocess.run(command, env=self.desktop(), text=True, stdout=subprocess.PIPE)
+        self.assertEqual((checked.returncode, checked.stdout), (0, ""))
+
+    def test_page_says_that_there_is_no_bridge(self):
+        page = self.sdk / "templates/page"
+        shutil.copy(self.sdk / "tovik-actions.js", page)
+        self.assertIn('id="notice" role="alert">', self.browse(page / "index.html"))
+        shutil.copy(self.sdk / "tovik-mock.js", page)
+        self.assertIn('role="alert" hidden="">', self.browse(page / "index.html"))
+
+    def test_form_answers_without_a_script(self):
+        self.start("-url", (SOURCE / "examples/form/index.html").as_uri())
+        self.answer_by_keyboard()
+        self.assertRegex(self.store.read_text(), r"^\w*a$")
+
+    def readme(self):
+        """Saves the files that the guide shows and returns its commands."""
+        text = (self.sdk / "README.md").read_text()
+        for name, body in re.findall(r"ave as `([^`]+)`:\n\n```\w+\n(.*?)```", text, re.S):
+            (self.sdk / name).write_text(body)
+        return re.findall("```sh\n(.*?)```", text, re.S)
+
+    def test_every_command_of_the_guide_works(self):
+        output = ""
+        for block in self.readme():
+            if block.startswith("tovik-plugin-check") and not (BUILD / "bin/tovik-plugin-check").exists():
+                continue
+            self.process = self.spawn(["bash", "-euc", block], env=self.environment, cwd=self.sdk,
+                                      text=True, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+            printed, errors = self.answer_by_keyboard()
+            self.assertEqual(self.process.returncode, 0, block + errors)
+            output += printed
+        self.assertRegex(output, r"^signed by \w+\n(answer: signed by \w+\n){3}$")
+
+    def test_callers_get_the_answer_as_a_value(self):
+        self.readme()
+        strict = "cc -std=c99 -Wall -Wextra -Wpedantic -Wconversion -Werror -O2 -Iinclude"
+        for name in ("ask.py", "ask.c"):
+            late = (self.sdk / name).read_text().replace("30", "2")
+            (self.sdk / name.replace("ask", "late")).write_text(late)
+        for name in ("ask", "late"):
+            self.ask(f"cd {self.sdk} && {strict} {name}.c c/tovik_dialog.c -o {name}")
+        everything = dict(self.environment)
+        rows = [(self.page(*row[:1], f"{i}.html"), *row[1:]) for i, row in enumerate(ASKED)]
+        for command in (["python3", "ask.py"], ["./ask"]):
+            restart = serve(self, RESTART % "exit('OK', text.split(' ')[0])") + "/page"
+            for address, output, missing in [*rows, (restart, "answer: 2", "")]:
+                self.environment = everything | (
+                    {"DISPLAY": "none"} if missing == "DISPLAY" else
+                    {"PATH": os.environ["PATH"]} if missing == "PATH" else {})
+                self.assertTrue(self.called(command, address).startswith(output), (command, output))
+        for command in (["python3", "late.py"], ["./late"]):
+            self.assertIn("no answer in ", self.called(command, self.page("")))
+            self.assertEqual(self.ask("xdotool search --class tovik"), "")
+
+    def called(self, command, address):
+        process = self.spawn([*command, "-url", address], env=self.environment, cwd=self.sdk,
+                             text=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        while process.poll() is None:
+            with contextlib.suppress(FileNotFoundError):
+                for folder in self.runtime.glob("tovik-*"):
+                    self.assertEqual(folder.stat().st_mode & 0o777, 0o700)
+        self.assertEqual([*self.runtime.glob("tovik-*")], [], "left behind")
+        return process.communicate()[0]
