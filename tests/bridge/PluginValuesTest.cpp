@@ -36,17 +36,6 @@ protected:
         return testing::internal::GetCapturedStdout();
     }
 
-    /// The plug-in with this property, loaded afresh.
-    void load_with(const char* variable, const char* value)
-    {
-        wa_FreePlugin();
-        setenv(variable, value, 1);
-        set_arguments("tovik -plugin " PLUGINS "/newer/libtovik.so");
-        g_Verbose = 2;
-        ASSERT_NE(wa_GetPlugin(), nullptr);
-        unsetenv(variable);
-    }
-
     OwnedList m_list;
     TempDirectory m_directory;
 };
@@ -155,15 +144,18 @@ TEST(InfoTexts, AreCutToTwoNumbers)
 
 TEST_F(PluginUser, TakesAUserAgentIdThatFitsHalfTheBuffer)
 {
+    set_arguments("tovik -plugin " PLUGINS "/newer/libtovik.so");
+    g_Verbose = 2;
     setenv("TEST_ProductInfo", "Product;abc;0612,xyz", 1);
+    setenv("TEST_Web_page", "PHA+aGk8L3A+", 1);
     char buffer[64] = "unset";
     for (const auto& [length, fits] : {std::pair(31, true), std::pair(32, false)}) {
-        load_with("TEST_UserAgentId", std::string(length, 'x').c_str());
+        setenv("TEST_UserAgentId", std::string(length, 'x').c_str(), 1);
         EXPECT_EQ(wa_user_agent_info(buffer, sizeof buffer), fits) << "no way to ProductInfo";
         EXPECT_EQ(std::string(buffer).size(), fits ? length : 0);
     }
+    unsetenv("TEST_UserAgentId");
     EXPECT_FALSE(wa_user_agent_info(buffer, 0));
-    load_with("TEST_Web_page", "PHA+aGk8L3A+");
     EXPECT_TRUE(wa_user_agent_info(buffer, sizeof buffer));
     EXPECT_STREQ(buffer, "Product/6.12") << "without MachineInfo";
     EXPECT_STREQ(OwnedText(wa_load_url_resource("res://page")).get(), "<p>hi</p>");

@@ -3,6 +3,7 @@
 // FAILING when its initialisation fails.
 #include <tovik/plugin.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -40,20 +41,7 @@ Instance* create()
 #ifdef FAILING
     return nullptr;
 #else
-    auto* instance = new Instance;
-    // The properties that the host reads come from the environment, a colon written as "_".
-    for (const char* name :
-        {"UserAgentId", "ProductInfo", "MachineInfo", "Web:page", "ConfigGlobal:Command:App"}) {
-        std::string variable = "TEST_";
-        variable += name;
-        for (char& c : variable) {
-            c = c == ':' ? '_' : c;
-        }
-        if (const char* value = std::getenv(variable.c_str())) {
-            instance->properties[name] = value;
-        }
-    }
-    return instance;
+    return new Instance;
 #endif
 }
 
@@ -74,6 +62,13 @@ const char* get_property(void* instance, const char* name)
 {
     Instance& self = instance_of(instance);
     const std::string wanted = shown(name);
+    // The properties that the host reads come from the environment, a colon written as "_".
+    std::string variable = "TEST_" + wanted;
+    std::replace(variable.begin(), variable.end(), ':', '_');
+    if (const char* value = std::getenv(variable.c_str())) {
+        self.answer = value;
+        return self.answer.c_str();
+    }
     const char* abortAt = std::getenv("TEST_PLUGIN_ABORT");
     if (abortAt != nullptr && wanted == abortAt) {
         std::abort();
