@@ -1,0 +1,8 @@
+// ElfFile.h: whether a file can be a shared library of this machine, told before the loader maps
+// it: the loader's own words are few, and a library that was cut off ends its process later.
+#pragma once
+
+#include <string>
+
+/// What keeps the file from being one, or the empty string.
+std::string elf_fault(const std::string& path);

@@ -1,0 +1,256 @@
+#include "tools/PluginCheck.h"
+
+#include "bridge/PluginValues.h"
+#include "tools/EntryPoints.h"
+#include "util/Arguments.h"
+
+#include <cstring>
+#include <dlfcn.h>
+#include <filesystem>
+
+namespace {
+
+/// Room that the shell has for the plug-in's part of the user agent (webapp/View.cpp).
+constexpr std::size_t kUserAgentCapacity = 64;
+
+/// Options that the product looks for on its command line alone.
+constexpr const char* kProcessOptions[] = {"-root", "-plugin", "-config", "-verbose"};
+
+struct HostileText {
+    const char* name;
+    const char* text;
+};
+
+class Examination {
+public:
+    Examination(const Product& product, const std::string& path, Step& step, Report& report)
+        : m_product(product)
+        , m_path(path)
+        , m_step(step)
+        , m_report(report)
+    {
+    }
+
+    void run();
+
+private:
+    std::string call(const std::string& operation, const std::string& arguments = "") const
+    {
+        return m_prefix + operation + "(" + arguments + ")";
+    }
+
+    bool load(const char* when);
+    void finalize();
+    void read_values();
+    std::string read_property(const char* name);
+    void read_user_agent();
+    void read_default_options();
+    bool read_answer(const char* answer);
+    void call_with(const HostileText& hostile);
+    void call_with_hostile_texts();
+
+    const Product& m_product;
+    const std::string& m_path;
+    Step& m_step;
+    Report& m_report;
+    std::string m_prefix;
+    void* m_plugin = nullptr;
+};
+
+/// Loads and initialises as the product does in its web process.
+bool Examination::load(const char* when)
+{
+    m_step.begin(std::string("loading the library, ") + when);
+    if (m_product.available(m_path.c_str()) == nullptr) {
+        const char* reason = dlerror();
+        m_report.wrong("load",
+            std::string(when) + ": "
+                + (reason == nullptr ? "the product takes no plug-in from it" : reason));
+        return false;
+    }
+    const std::filesystem::path file(m_path);
+    std::filesystem::path config = file;
+    const std::string stem = file.stem();
+    config.replace_filename(stem.substr(stem.starts_with("lib") ? 3 : 0) + ".conf");
+    const bool hasConfig = std::filesystem::exists(config);
+    // A failure may be a passing one, and the product tries again at the next call of a page.
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        m_step.begin(call("Initialize", when));
+        m_plugin
+            = m_product.initialize(nullptr, hasConfig ? config.c_str() : nullptr, nullptr, nullptr);
+        if (m_plugin != nullptr) {
+            return true;
+        }
+    }
+    m_report.wrong("initialise", std::string(when) + ": " + call("Initialize") + " fails, twice");
+    return false;
+}
+
+void Examination::finalize()
+{
+    m_step.begin(call("Finalize"));
+    m_product.finalize(m_plugin);
+    m_plugin = nullptr;
+}
+
+std::string Examination::read_property(const char* name)
+{
+    m_step.begin(call("GetProperty", name));
+    const char* value = m_product.getProperty(m_plugin, name);
+    std::string text = value == nullptr ? "" : value;
+    m_report.ok(name, text.empty() ? "none" : text);
+    if (!is_utf8(text)) {
+        m_report.wrong(name, "is not UTF-8");
+    }
+    return text;
+}
+
+void Examination::read_user_agent()
+{
+    const std::string agent = read_property("UserAgentId");
+    const std::string product = read_property("ProductInfo");
+    const std::string machine = read_property("MachineInfo");
+    m_step.begin("reading the user agent");
+    char info[kUserAgentCapacity];
+    if (!wa_client_info(info, sizeof info / 2) && !agent.empty()) {
+        m_report.wrong("UserAgentId", "is left out: longer than 31 bytes");
+    } else if (*info == 0 && !product.empty()) {
+        m_report.wrong("ProductInfo",
+            "is left out: not of the form Product;...;MMmm,... or too "
+            "long for 31 bytes");
+    }
+    if (!machine.empty() && !wa_system_info(info, sizeof info)) {
+        m_report.wrong("MachineInfo", "is left out: not of the form \"System MM.mm;...\"");
+    }
+    const bool has = wa_user_agent_info(info, sizeof info);
+    m_report.ok("user agent", has ? info + std::string(" before WebKit's own") : "WebKit's own");
+    for (const char* c = info; *c != 0; ++c) {
+        if (static_cast<unsigned char>(*c) < 0x20 || *c == 0x7F) {
+            m_report.wrong("user agent", "has a control character, which no server accepts");
+            break;
+        }
+    }
+}
+
+void Examination::read_default_options()
+{
+    read_property("ConfigGlobal:Command:App");
+    m_step.begin("reading the default options");
+    int count = 0;
+    const OwnedList list(wa_load_argument_list(&count));
+    std::string shown;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
+        shown += (shown.empty() ? "\"" : ", \"") + std::string(list[i]) + "\"";
+    }
+    m_report.ok("default options", shown.empty() ? "none" : shown);
+    for (const char* option : kProcessOptions) {
+        if (has_argument(count, list.get(), option) != 0) {
+            m_report.wrong("default options",
+                std::string(option) + " has no effect here, only on the command line");
+        }
+    }
+    const char* url = nullptr;
+    if (get_argument(count, list.get(), "-url", &url) == 0 || std::strncmp(url, "res://", 6) != 0) {
+        return;
+    }
+    const OwnedText page(wa_load_url_resource(url));
+    if (!page || page[0] == 0) {
+        m_report.wrong("start page", std::string("no property Web:") + (url + 6) + " for " + url);
+    }
+}
+
+void Examination::read_values()
+{
+    const bool newer = m_prefix == "Plg";
+    m_report.ok("WorkingDirectory",
+        newer ? m_path.substr(0, m_path.rfind('/') + 1) : "none; the older set is given none");
+    read_values_from(m_product, m_plugin);
+    read_user_agent();
+    read_default_options();
+}
+
+/// Reads an answer to its end, which shows a text that is gone already; false when a page would
+/// receive the empty string in its place.
+bool Examination::read_answer(const char* answer)
+{
+    m_step.begin("reading the answer of " + m_step.current());
+    return answer == nullptr || is_utf8(answer);
+}
+
+void Examination::call_with(const HostileText& hostile)
+{
+    const char* text = hostile.text;
+    const std::string name = hostile.name;
+    const std::pair<const char*, const char*> pairs[] = {{text, "x"}, {"x", text}, {text, text}};
+    const std::string shown[] = {name + ", \"x\"", "\"x\", " + name, name + ", " + name};
+    bool answersAreUtf8 = true;
+    for (std::size_t i = 0; i < std::size(pairs); ++i) {
+        m_step.begin(call("SetProperty", shown[i]));
+        m_product.setProperty(m_plugin, pairs[i].first, pairs[i].second);
+        m_step.begin(call("EnumProperty", shown[i]));
+        answersAreUtf8
+            &= read_answer(m_product.enumProperty(m_plugin, pairs[i].first, pairs[i].second));
+    }
+    m_step.begin(call("GetProperty", name));
+    answersAreUtf8 &= read_answer(m_product.getProperty(m_plugin, text));
+    m_step.begin(call("Invoke", name));
+    m_product.invoke(m_plugin, text);
+    if (!answersAreUtf8 && (text == nullptr || is_utf8(text))) {
+        m_report.wrong("answers", "are not UTF-8 where " + name + " is given");
+    }
+}
+
+void Examination::call_with_hostile_texts()
+{
+    const std::string large(1 << 20, 'x');
+    const HostileText texts[] = {{"null", nullptr}, {"the empty text", ""},
+        {"1 MiB", large.c_str()}, {"invalid UTF-8", "a\xff\xc3\x28\xed\xa0\x80"}};
+    for (const HostileText& hostile : texts) {
+        call_with(hostile);
+    }
+    m_report.ok("hostile texts", "null, empty, 1 MiB and invalid UTF-8 are survived by every call");
+}
+
+void Examination::run()
+{
+    m_step.begin("loading the library");
+    if (void* library = dlopen(m_path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+        m_step.begin("closing the library");
+        dlclose(library);
+    } else {
+        m_report.wrong("load", dlerror());
+        return;
+    }
+    const char* prefix = examine_entry_points(
+        m_path, reinterpret_cast<const void*>(m_product.available), m_report);
+    if (prefix == nullptr) {
+        return;
+    }
+    m_prefix = prefix;
+    if (!load("the first time")) {
+        return;
+    }
+    read_values();
+    call_with_hostile_texts();
+    finalize();
+    if (dlopen(m_path.c_str(), RTLD_NOW | RTLD_NOLOAD) != nullptr) {
+        m_report.note("close", "stays in the process when it is closed");
+    }
+    if (!load("the second time")) {
+        return;
+    }
+    m_step.begin(call("GetProperty", "UserAgentId"));
+    read_answer(m_product.getProperty(m_plugin, "UserAgentId"));
+    finalize();
+    // The third time the process ends with the plug-in loaded.
+    if (load("the third time")) {
+        m_report.ok("load", "three times");
+    }
+}
+
+} // namespace
+
+void check_plugin(const Product& product, const std::string& path, Step& step, Report& report)
+{
+    Examination(product, path, step, report).run();
+}

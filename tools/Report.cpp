@@ -1,0 +1,165 @@
+#include "tools/Report.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::size_t kLongest = 1000;
+
+std::string_view name_of(Level level)
+{
+    return level == Level::ok ? "OK" : level == Level::note ? "NOTE" : "WRONG";
+}
+
+/// Bytes of the UTF-8 character at the start of `text`; 0 when there is none.
+std::size_t character_length(std::string_view text)
+{
+    constexpr struct {
+        std::size_t length;
+        unsigned char mask;
+        unsigned char lead;
+        unsigned long lowest;
+    } kForms[] = {{1, 0x80, 0x00, 0}, {2, 0xE0, 0xC0, 0x80}, {3, 0xF0, 0xE0, 0x800},
+        {4, 0xF8, 0xF0, 0x10000}};
+    for (const auto& [length, mask, lead, lowest] : kForms) {
+        const auto first = static_cast<unsigned char>(text[0]);
+        if ((first & mask) != lead || text.size() < length) {
+            continue;
+        }
+        unsigned long value = first & ~mask & 0xFFU;
+        for (std::size_t i = 1; i < length; ++i) {
+            const auto byte = static_cast<unsigned char>(text[i]);
+            if ((byte & 0xC0U) != 0x80) {
+                return 0;
+            }
+            value = value << 6 | (byte & 0x3FU);
+        }
+        const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
+        return value < lowest || value > 0x10FFFF || surrogate ? 0 : length;
+    }
+    return 0;
+}
+
+std::string json_text(std::string_view text)
+{
+    std::string quoted = "\"";
+    for (const char c : text) {
+        if (c == '"' || c == '\\') {
+            quoted += '\\';
+        }
+        quoted += c;
+    }
+    return quoted + '"';
+}
+
+} // namespace
+
+void Report::add(Level level, std::string_view subject, std::string_view text)
+{
+    m_findings.push_back({level, printable(subject), printable(text)});
+    if (m_copy < 0) {
+        return;
+    }
+    const Finding& made = m_findings.back();
+    std::string record(1, static_cast<char>(level));
+    record += made.subject + '\0' + made.text + '\0';
+    for (std::size_t written = 0; written < record.size();) {
+        const ssize_t more = write(m_copy, record.data() + written, record.size() - written);
+        if (more <= 0) {
+            return;
+        }
+        written += static_cast<std::size_t>(more);
+    }
+}
+
+void Report::add_copy(int copy)
+{
+    std::string records;
+    char block[4096];
+    ssize_t length = 0;
+    lseek(copy, 0, SEEK_SET);
+    while ((length = read(copy, block, sizeof block)) > 0) {
+        records.append(block, static_cast<std::size_t>(length));
+    }
+    for (std::size_t start = 0; start < records.size();) {
+        const std::size_t middle = records.find('\0', start);
+        const std::size_t end
+            = middle == std::string::npos ? middle : records.find('\0', middle + 1);
+        if (end == std::string::npos) {
+            return; // the process ended while it wrote this one
+        }
+        m_findings.push_back(
+            {static_cast<Level>(records[start]), records.substr(start + 1, middle - start - 1),
+                records.substr(middle + 1, end - middle - 1)});
+        start = end + 1;
+    }
+}
+
+bool Report::any_wrong() const
+{
+    return std::any_of(m_findings.begin(), m_findings.end(),
+        [](const Finding& finding) { return finding.level == Level::wrong; });
+}
+
+bool Report::has(std::string_view subject) const
+{
+    return std::any_of(m_findings.begin(), m_findings.end(),
+        [subject](const Finding& finding) { return finding.subject == subject; });
+}
+
+std::string Report::plain() const
+{
+    std::string lines;
+    for (const Finding& finding : m_findings) {
+        std::string level(name_of(finding.level));
+        level.resize(6, ' ');
+        lines += level + finding.subject + ": " + finding.text + '\n';
+    }
+    return lines;
+}
+
+std::string Report::json(std::string_view name, std::string_view value) const
+{
+    std::string list;
+    for (const Finding& finding : m_findings) {
+        list += list.empty() ? "\n" : ",\n";
+        list += "  {\"level\": " + json_text(name_of(finding.level)) + ", \"subject\": "
+            + json_text(finding.subject) + ", \"text\": " + json_text(finding.text) + "}";
+    }
+    return "{" + json_text(name) + ": " + json_text(printable(value)) + ", \"wrong\": "
+        + (any_wrong() ? "true" : "false") + ", \"findings\": [" + list + "\n]}\n";
+}
+
+bool is_utf8(std::string_view text)
+{
+    while (!text.empty()) {
+        const std::size_t length = character_length(text);
+        if (length == 0) {
+            return false;
+        }
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
+std::string printable(std::string_view text)
+{
+    const std::size_t whole = text.size();
+    std::string shown;
+    while (!text.empty() && shown.size() < kLongest) {
+        std::size_t length = character_length(text);
+        const auto first = static_cast<unsigned char>(text[0]);
+        if (length == 0 || first < 0x20 || first == 0x7F) {
+            char escape[8];
+            std::snprintf(escape, sizeof escape, "\\x%.2X", static_cast<unsigned int>(first));
+            shown += escape;
+            length = 1;
+        } else {
+            shown += text.substr(0, length);
+        }
+        text.remove_prefix(length);
+    }
+    return text.empty() ? shown : shown + "... (" + std::to_string(whole) + " bytes)";
+}

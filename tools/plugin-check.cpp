@@ -1,0 +1,114 @@
+// The executable `tovik-plugin-check`: tells the author of a plug-in what the product will make of
+// it. The plug-in runs in a child process, by the functions that the product's library exports.
+#include "tools/Child.h"
+#include "tools/ElfFile.h"
+#include "tools/PluginCheck.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+namespace {
+
+constexpr int kFindings = 1;
+constexpr int kCannotCheck = 2;
+
+constexpr char kUsage[] = R"(Usage: tovik-plugin-check PLUGIN.so [--json] [--limit SECONDS]
+
+Loads a plug-in as the product does and says what the product takes from it; calls it with hostile
+texts, finalises it, and loads it again. It runs in a process of its own, for 20 seconds at most
+unless --limit says otherwise.
+
+Exit status: 0 nothing is wrong; 1 something is; 2 it could not be checked.
+)";
+
+struct Options {
+    std::string plugin;
+    bool json = false;
+    unsigned int limit = 20;
+};
+
+bool read_options(int argc, char** argv, Options& options)
+{
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--json") == 0) {
+            options.json = true;
+        } else if (std::strcmp(argv[i], "--limit") == 0 && i + 1 < argc) {
+            options.limit = static_cast<unsigned int>(std::strtoul(argv[++i], nullptr, 10));
+        } else if (argv[i][0] == '-' || !options.plugin.empty()) {
+            return false;
+        } else {
+            options.plugin = argv[i];
+        }
+    }
+    return !options.plugin.empty() && options.limit > 0 && options.limit <= 3600;
+}
+
+/// The library in the installation that this program is part of.
+std::string product_library()
+{
+    const std::filesystem::path own = std::filesystem::read_symlink("/proc/self/exe");
+    return own.parent_path().parent_path() / "lib/libtovikgui.so";
+}
+
+void examine(const Options& options, const Product& product, Report& report)
+{
+    const std::string plugin = std::filesystem::canonical(options.plugin);
+    const std::string fault = elf_fault(plugin);
+    if (!fault.empty()) {
+        report.wrong("file", plugin + " " + fault);
+        return;
+    }
+    const std::string end = run_in_child(options.limit, report,
+        [&](Step& step, Report& childReport) { check_plugin(product, plugin, step, childReport); });
+    if (!end.empty()) {
+        report.wrong(end.starts_with("did not return") ? "hang" : "crash", end);
+    }
+}
+
+int cannot_check(const std::string& why)
+{
+    std::fprintf(stderr, "tovik-plugin-check: %s\n", why.c_str());
+    return kCannotCheck;
+}
+
+int run(const Options& options)
+{
+    const std::string library = product_library();
+    if (!std::filesystem::exists(library)) {
+        return cannot_check("the product's library is missing: " + library);
+    }
+    if (!std::filesystem::exists(options.plugin)) {
+        return cannot_check("there is no file " + options.plugin);
+    }
+    Product product = {};
+    const std::string failure = load_product(library, product);
+    if (!failure.empty()) {
+        return cannot_check("the product's library cannot be loaded: " + failure);
+    }
+    Report report;
+    examine(options, product, report);
+    const std::string text = options.json ? report.json("plugin", options.plugin) : report.plain();
+    std::fputs(text.c_str(), stdout);
+    return report.any_wrong() ? kFindings : 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc == 2 && std::strcmp(argv[1], "--help") == 0) {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
+    Options options;
+    if (!read_options(argc, argv, options)) {
+        return cannot_check("usage: tovik-plugin-check PLUGIN.so [--json] [--limit SECONDS]");
+    }
+    try {
+        return run(options);
+    } catch (const std::exception& failure) {
+        return cannot_check(failure.what());
+    }
+}
