@@ -1,0 +1,253 @@
+// The files of the installation, as the library's own searches find them.
+#include "bridge/WebBridge.h"
+#include "tools/Doctor.h"
+#include "tools/ElfFile.h"
+#include "tools/Witness.h"
+#include "util/Layout.h"
+#include "webapp/ProcessArguments.h"
+
+#include <filesystem>
+#include <utility>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// From here on the extension directory counts as one that belongs to others.
+constexpr std::size_t kManyLibraries = 10;
+
+std::string brand_name()
+{
+    char brand[8];
+    return osGetBrandName(brand, sizeof brand) ? brand : "";
+}
+
+bool is_same_file(const fs::path& one, const fs::path& other)
+{
+    std::error_code none;
+    return fs::equivalent(one, other, none);
+}
+
+std::vector<fs::path> files_in(const fs::path& directory)
+{
+    std::error_code none;
+    std::vector<fs::path> files;
+    for (const auto& entry : fs::directory_iterator(directory, none)) {
+        files.push_back(entry.path());
+    }
+    return files;
+}
+
+bool is_so(const fs::path& file)
+{
+    return file.native().ends_with(".so");
+}
+
+/// Files beside `module` that bear its name and a version.
+std::string versioned_names(const fs::path& module)
+{
+    std::string names;
+    for (const fs::path& file : files_in(module.parent_path())) {
+        if (file.native().starts_with(module.native() + ".")) {
+            names += (names.empty() ? "" : ", ") + file.filename().native();
+        }
+    }
+    return names;
+}
+
+void examine_library(Report& report)
+{
+    const std::string& module = g_Witness.module;
+    if (!fs::exists(module)) {
+        const std::string versioned = versioned_names(module);
+        report.wrong("library",
+            versioned.empty() ? "there is no " + module + "; install it"
+                              : "only under a versioned name, " + versioned + "; make a link "
+                    + module + " to it");
+        return;
+    }
+    const std::string fault = elf_fault(module);
+    if (!fault.empty()) {
+        report.wrong("library", module + " " + fault + "; install it again");
+        return;
+    }
+    char path[kPathCapacity];
+    if (osGetModulePath(path, sizeof path)) {
+        report.ok("library", path);
+    } else {
+        report.wrong("library", module + " has a path of more than 259 bytes; install elsewhere");
+    }
+}
+
+void examine_brand(Report& report)
+{
+    const std::string brand = brand_name();
+    if (brand.find('.') == std::string::npos) {
+        report.ok("brand", brand);
+    } else {
+        report.wrong("brand",
+            "\"" + brand
+                + "\" holds a part of the library's file name; name it "
+                  "lib<brand>gui.so, with 2 to 5 letters for the brand");
+    }
+}
+
+void examine_config(Report& report, const char* which, const std::string& path)
+{
+    if (path.empty() || fs::exists(path)) {
+        report.ok(which, path.empty() ? "none" : path);
+    } else {
+        report.wrong(which, "there is no " + path + "; correct -config");
+    }
+}
+
+/// What WebKit, which opens every file of the directory whose name ends in ".so", meets there.
+struct ExtensionFiles {
+    std::string library; // this one or, failing that, one of its name
+    std::string misnamed; // the library under a name that WebKit passes over
+    std::size_t others = 0;
+};
+
+ExtensionFiles extension_files(const std::string& directory)
+{
+    const fs::path& library = g_Witness.module;
+    ExtensionFiles found;
+    for (const fs::path& file : files_in(directory)) {
+        const bool same = is_same_file(file, library);
+        if (same && !is_so(file)) {
+            found.misnamed = file;
+        } else if (same || (is_so(file) && file.filename() == library.filename())) {
+            found.library = file;
+        } else if (is_so(file) && file.filename() != "lib" + brand_name() + ".so") {
+            ++found.others;
+        }
+    }
+    return found;
+}
+
+/// Reports on these files and returns the one of the library, empty without one.
+std::string examine_extension_files(Report& report, const std::string& directory)
+{
+    const ExtensionFiles found = extension_files(directory);
+    if (!found.library.empty()) {
+        report.ok("module", "WebKit opens " + found.library);
+    } else if (!found.misnamed.empty()) {
+        report.wrong("module",
+            found.misnamed
+                + " does not end in \".so\", so WebKit passes it over "
+                  "and pages have no Tovik; make a link that does");
+    } else {
+        report.wrong("module",
+            "the library is not in " + directory
+                + ", so pages have no Tovik; put it there, beside the plug-in");
+    }
+    const std::string count = std::to_string(found.others) + " other libraries in " + directory
+        + ", each of which WebKit opens in the web process";
+    if (found.others >= kManyLibraries) {
+        report.wrong("other libraries", count + "; give the product a directory of its own");
+    } else if (found.others > 0) {
+        report.note("other libraries", count);
+    }
+    return found.library;
+}
+
+/// Reports on the directory and its files and returns the library's file there, or nothing.
+std::string examine_extension_directory(Report& report)
+{
+    g_Witness.extensionDirectory.reset();
+    wa_web_init_web_extension_cb(nullptr, nullptr);
+    places_looked_at();
+    const std::string directory = g_Witness.extensionDirectory.value_or("");
+    if (directory.empty()) {
+        report.wrong("extension directory",
+            g_Witness.extensionDirectory.has_value()
+                ? "empty, as -root has no value; give it one"
+                : "none, so pages have no Tovik: it is that of the plug-in; install the plug-in "
+                  "beside the library, or give -root");
+        return "";
+    }
+    if (!fs::is_directory(directory)) {
+        report.wrong("extension directory", directory + " is no directory; correct -root");
+        return "";
+    }
+    report.ok("extension directory", directory);
+    return examine_extension_files(report, directory);
+}
+
+/// The plug-in of the web process, where `library` looks for it beside itself alone.
+/// other  the plug-in of the window's process
+void examine_web_process(Report& report, const std::string& library, const std::string& other)
+{
+    const std::string ours = std::exchange(g_Witness.module, library);
+    char root[kPathCapacity];
+    const bool hasRoot = osGetModuleRoot(root, sizeof root);
+    const std::string path = (hasRoot ? root : "") + ("lib" + brand_name() + ".so");
+    g_Witness.module = ours;
+    if (!fs::exists(path)) {
+        report.wrong(
+            "plug-in for pages", "there is no " + path + "; put the plug-in beside the library");
+    } else if (!other.empty() && !is_same_file(path, other)) {
+        report.wrong("plug-in for pages",
+            path + " is another file than the plug-in of the window, " + other + "; keep one");
+    } else {
+        report.ok("plug-in for pages", path);
+    }
+}
+
+void examine_root(Report& report)
+{
+    const char* root = nullptr;
+    if (wa_get_argument("-root", &root) != 0 && !std::string_view(root).ends_with('/')) {
+        report.wrong("root",
+            std::string(root)
+                + " does not end in \"/\", so that pages are looked "
+                  "for under names that begin with it; end it with \"/\"");
+    }
+}
+
+} // namespace
+
+void examine_installation(const std::string& program, Report& report)
+{
+    char path[kPathCapacity];
+    std::error_code none;
+    const fs::path canonical = fs::weakly_canonical(program, none);
+    if (!osGetApplicationPath(path, sizeof path) || canonical != path) {
+        report.wrong("program",
+            "the layout takes " + std::string(path) + " for " + program
+                + ": it reads the path up to the first space, 259 bytes at most; install "
+                  "elsewhere");
+    } else if (!fs::exists(program)) {
+        report.note("program", "there is no " + program + "; the places are told as if there were");
+    } else {
+        report.ok("program", path);
+    }
+    examine_library(report);
+    examine_brand(report);
+}
+
+void examine_plugin_files(Report& report)
+{
+    places_looked_at();
+    wa_GetPlugin();
+    const std::string places = places_looked_at();
+    const std::string& plugin = g_Witness.plugin;
+    const std::string behind = places.empty() ? "" : "; " + places;
+    if (plugin.empty()) {
+        report.wrong("plug-in",
+            "no file of the installation, so the loader is asked for libtovik.so" + behind
+                + "; install lib" + brand_name() + ".so beside the library");
+    } else if (!fs::exists(plugin)) {
+        report.wrong("plug-in", "there is no " + plugin + "; correct -plugin");
+    } else {
+        report.ok("plug-in", plugin + behind);
+    }
+    examine_config(report, "global configuration", g_Witness.globalConfig);
+    examine_config(report, "local configuration", g_Witness.localConfig);
+    examine_root(report);
+    const std::string library = examine_extension_directory(report);
+    if (!library.empty()) {
+        examine_web_process(report, library, plugin);
+    }
+}

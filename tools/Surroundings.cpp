@@ -1,0 +1,43 @@
+// What surrounds a run: the engine, its environment, the graphics driver.
+#include "tools/Doctor.h"
+
+#include <webkit2/webkit2.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace {
+
+/// Whether WebKit takes the variable for switched on.
+bool is_on(const char* variable)
+{
+    const char* value = std::getenv(variable);
+    return value != nullptr && value != std::string("0");
+}
+
+} // namespace
+
+void examine_surroundings(Report& report)
+{
+    report.ok("WebKitGTK",
+        std::to_string(webkit_get_major_version()) + "."
+            + std::to_string(webkit_get_minor_version()) + "."
+            + std::to_string(webkit_get_micro_version()));
+    if (is_on("WEBKIT_FORCE_SANDBOX")) {
+        report.wrong("sandbox",
+            "forced by WEBKIT_FORCE_SANDBOX: the plug-in for pages then reaches "
+            "no device, no service and few files; unset it");
+    } else {
+        report.ok("sandbox", "not forced");
+    }
+    if (!std::filesystem::exists("/proc/driver/nvidia/version")
+        && !std::filesystem::exists("/sys/module/nvidia")) {
+        report.ok("graphics driver", "no NVIDIA module");
+    } else if (is_on("WEBKIT_DISABLE_DMABUF_RENDERER")) {
+        report.ok("graphics driver", "NVIDIA module, and the DMA-BUF renderer is switched off");
+    } else {
+        report.wrong("graphics driver",
+            "NVIDIA module: pages may stay blank; set "
+            "WEBKIT_DISABLE_DMABUF_RENDERER=1");
+    }
+}

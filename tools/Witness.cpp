@@ -1,0 +1,84 @@
+#include "tools/Witness.h"
+
+#include "bridge/ExtensionDirectory.h"
+#include "plugin/plugin.h"
+
+#include <dlfcn.h>
+#include <link.h>
+#include <sys/stat.h>
+#include <utility>
+
+Witness g_Witness;
+
+namespace {
+
+using Callback = void (*)(const char*, unsigned long);
+
+std::string text_of(const char* text)
+{
+    return text == nullptr ? "" : text;
+}
+
+} // namespace
+
+std::string places_looked_at()
+{
+    return std::exchange(g_Witness.places, "");
+}
+
+extern "C" {
+
+int __real_dladdr(const void* address, Dl_info* info);
+int __real_stat(const char* path, struct stat* status);
+void* __real_P_Available(const char* path);
+void* __real_P_Initialize(const char*, const char*, const char*, Callback);
+
+int __wrap_dladdr(const void* address, Dl_info* info)
+{
+    Dl_info own = {};
+    const int found = __real_dladdr(address, info);
+    if (found != 0 && __real_dladdr(&g_Witness, &own) != 0 && info->dli_fbase == own.dli_fbase) {
+        info->dli_fname = g_Witness.module.c_str();
+    }
+    return found;
+}
+
+int __wrap_stat(const char* path, struct stat* status)
+{
+    const int result = __real_stat(path, status);
+    g_Witness.places += g_Witness.places.empty() ? "looked at " : ", ";
+    g_Witness.places += text_of(path) + (result == 0 ? " (there)" : " (not there)");
+    return result;
+}
+
+void* __wrap_P_Available(const char* path)
+{
+    g_Witness.plugin = text_of(path);
+    if (!g_Witness.loadsPlugin) {
+        return &g_Witness;
+    }
+    void* library = __real_P_Available(path);
+    link_map* map = nullptr;
+    if (library == nullptr) {
+        g_Witness.loadFailure = text_of(dlerror());
+    } else if (dlinfo(library, RTLD_DI_LINKMAP, static_cast<void*>(&map)) == 0) {
+        g_Witness.loadedPlugin = map->l_name;
+    }
+    return library;
+}
+
+void* __wrap_P_Initialize(
+    const char* text, const char* globalConfig, const char* localConfig, Callback callback)
+{
+    g_Witness.globalConfig = text_of(globalConfig);
+    g_Witness.localConfig = text_of(localConfig);
+    return g_Witness.loadsPlugin ? __real_P_Initialize(text, globalConfig, localConfig, callback)
+                                 : nullptr;
+}
+
+void __wrap_webkit_web_context_set_web_extensions_directory(
+    WebKitWebContext*, const char* directory)
+{
+    g_Witness.extensionDirectory = text_of(directory);
+}
+}

@@ -1,0 +1,128 @@
+// The executable `tovik-doctor`: says without a window what a run of the product would do.
+//
+// The library takes the program's place from the first word of the process's command line, so the
+// doctor executes itself anew with the product's program as that word; which library it speaks for
+// is in Witness.h. It is an executable alone: a library of its own in lib/ would be one more that
+// WebKit opens in every web process.
+#include "tools/Doctor.h"
+#include "tools/Child.h"
+#include "tools/Witness.h"
+#include "webapp/ShellState.h"
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int kFindings = 1;
+constexpr int kUsageError = 2;
+constexpr unsigned int kPluginSeconds = 20;
+constexpr std::uint32_t kNoTrace = 2; // see g_Verbose
+
+constexpr char kUsage[] = R"(Usage: tovik-doctor [--library PATH] [--program PATH] [OPTION]... [URL]
+
+Says what the product would do if it were started with these options (see tovik --help), which
+places it looks at, and what is wrong with it.
+
+  --library PATH  the library of the product (default: that of this installation)
+  --program PATH  the program that loads it (default: bin/tovik beside the library's directory)
+
+Exit status: 0 nothing is wrong; 1 something is; 2 these words are not understood.
+)";
+
+/// Marks the second start, which has the product's program as its first word.
+constexpr char kExamine[] = "--examine";
+
+int usage_error(const char* word)
+{
+    std::fprintf(stderr, "tovik-doctor: %s needs a path; see tovik-doctor --help\n", word);
+    return kUsageError;
+}
+
+/// Examines the installation for the process arguments.
+int examine(const std::string& program)
+{
+    Report report;
+    examine_installation(program, report);
+    examine_plugin_files(report);
+    const std::string end = run_in_child(kPluginSeconds, report, [](Step& step, Report& child) {
+        step.begin("the plug-in, while the window's process would use it");
+        g_Witness.loadsPlugin = true;
+        examine_run(child);
+    });
+    if (!end.empty()) {
+        report.wrong("plug-in of the window", end + "; ask tovik-plugin-check");
+        if (!report.has("display")) { // the last thing that is told there
+            examine_run(report);
+        }
+    }
+    examine_surroundings(report);
+    std::fputs(report.plain().c_str(), stdout);
+    return report.any_wrong() ? kFindings : 0;
+}
+
+/// Starts this program anew in the product's name; returns only when that fails.
+int start_anew(const std::string& library, std::string program, char** options)
+{
+    std::string marker = kExamine;
+    std::string module = library;
+    std::vector<char*> words = {program.data(), marker.data(), module.data()};
+    for (; *options != nullptr; ++options) {
+        words.push_back(*options);
+    }
+    words.push_back(nullptr);
+    execv("/proc/self/exe", words.data());
+    std::perror("tovik-doctor: /proc/self/exe");
+    return kUsageError;
+}
+
+int run(int argc, char** argv)
+{
+    const fs::path root = fs::read_symlink("/proc/self/exe").parent_path().parent_path();
+    fs::path library = root / "lib/libtovikgui.so";
+    fs::path program;
+    int next = 1;
+    for (; next < argc && std::strncmp(argv[next], "--", 2) == 0; next += 2) {
+        const bool names_library = std::strcmp(argv[next], "--library") == 0;
+        if (!names_library && std::strcmp(argv[next], "--program") != 0) {
+            break;
+        }
+        if (next + 1 == argc) {
+            return usage_error(argv[next]);
+        }
+        (names_library ? library : program) = fs::absolute(argv[next + 1]).lexically_normal();
+    }
+    if (program.empty()) {
+        program = library.parent_path().parent_path() / "bin/tovik";
+    }
+    return start_anew(library, program, argv + next);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc == 2 && std::strcmp(argv[1], "--help") == 0) {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
+    try {
+        if (argc < 3 || std::strcmp(argv[1], kExamine) != 0) {
+            return run(argc, argv);
+        }
+        g_Witness.module = argv[2];
+        std::vector<char*> arguments(argv, argv + argc + 1);
+        arguments.erase(arguments.begin() + 1, arguments.begin() + 3);
+        g_ARGC = argc - 2;
+        g_ARGV = arguments.data();
+        g_Verbose = kNoTrace;
+        return examine(arguments[0]);
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "tovik-doctor: %s\n", failure.what());
+        return kUsageError;
+    }
+}
