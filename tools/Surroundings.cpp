@@ -1,10 +1,14 @@
 // What surrounds a run: the engine, its environment, the graphics driver.
+#include "host/Graphics.h"
 #include "tools/Doctor.h"
+#include "webapp/ShellState.h"
 
 #include <webkit2/webkit2.h>
 
 #include <cstdlib>
 #include <filesystem>
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -19,6 +23,9 @@ bool is_on(const char* variable)
 
 void examine_surroundings(Report& report)
 {
+    if (fs::path(g_ARGV[0]).filename() == "tovik") {
+        avoid_blank_window(kNvidiaModuleFile); // as that host does for its own process
+    }
     report.ok("WebKitGTK",
         std::to_string(webkit_get_major_version()) + "."
             + std::to_string(webkit_get_minor_version()) + "."
@@ -30,8 +37,7 @@ void examine_surroundings(Report& report)
     } else {
         report.ok("sandbox", "not forced");
     }
-    if (!std::filesystem::exists("/proc/driver/nvidia/version")
-        && !std::filesystem::exists("/sys/module/nvidia")) {
+    if (!fs::exists(kNvidiaModuleFile) && !fs::exists("/sys/module/nvidia")) {
         report.ok("graphics driver", "no NVIDIA module");
     } else if (is_on("WEBKIT_DISABLE_DMABUF_RENDERER")) {
         report.ok("graphics driver", "NVIDIA module, and the DMA-BUF renderer is switched off");

@@ -104,7 +104,8 @@ const char* enum_property(void* instance, const char* first, const char* second)
 
 unsigned long invoke(void*, const char* name)
 {
-    const std::string command = shown(name);
+    // A test may ask for a fault of calls without a text.
+    const std::string command = shown(name != nullptr ? name : std::getenv("TEST_NULL_COMMAND"));
     if (command != "quiet") {
         write_down("invoke " + command.substr(0, 60));
     }
@@ -114,14 +115,25 @@ unsigned long invoke(void*, const char* name)
         throw std::runtime_error("thrown by the plug-in");
     } else if (command == "hang") {
         std::this_thread::sleep_for(std::chrono::hours(1));
+    } else if (command == "exit") {
+        std::_Exit(0);
     }
     return command == "all ones" ? 0xFFFFFFFFUL
         : command == "long"      ? 0x700000005UL
                                  : command.size();
 }
 
+/// Whether the static objects of the library are gone.
+bool g_StaticsAreGone = false;
+const struct Statics {
+    ~Statics() { g_StaticsAreGone = true; }
+} g_Statics;
+
 void finalize(void* instance)
 {
+    if (g_StaticsAreGone && std::getenv("TEST_NEEDS_STATICS") != nullptr) {
+        std::abort();
+    }
     write_down("finalize");
     delete &instance_of(instance);
 }
