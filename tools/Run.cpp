@@ -162,13 +162,13 @@ void examine_window(const Options& options, Report& report)
         report.wrong("display", "cannot be opened; set DISPLAY or WAYLAND_DISPLAY");
         return;
     }
-    const Size area = work_area();
+    const Size area = wa_work_area();
     report.ok("display", gdk_display_get_name(gdk_display_get_default()));
     report.ok("work area", shown(area.width, " x ", area.height));
     const bool fullscreen = has_argument(options.count, options.list, "-fullscreen") != 0;
-    const Frame frame
-        = initial_frame({options.number("-size"), fullscreen, options.number("-position")}, area);
-    const Size size = shown_size(frame.size, area);
+    const Frame frame = wa_initial_frame(
+        {options.number("-size"), fullscreen, options.number("-position")}, area);
+    const Size size = wa_shown_size(frame.size, area);
     report.ok("window",
         shown(size.width, " x ", size.height) + " at "
             + shown(frame.position.x, ", ", frame.position.y));
