@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* kOptions[]
     = {"-config", "-fullscreen", "-icon", "-plugin", "-position", "-resizing", "-root", "-size",
-        "-store", "-system", "-title", "-url", "-useragent", "-verbose", "-wait"};
+        "-store", "-system", "-title", "-url", "-useragent", "-verbose", "-wait", "--print"};
 
 /// The options of the run: those of the command line and, where they count, of the plug-in.
 struct Options {
@@ -139,6 +139,10 @@ void examine_icon(const Options& options, Report& report)
 void examine_store(const Options& options, Report& report)
 {
     const fs::path store = options.text("-store", "");
+    if (store.empty() && has_argument(options.count, options.list, "--print") != 0) {
+        report.ok("answer", "printed");
+        return;
+    }
     if (store.empty()) {
         report.note("answer", "kept nowhere, as -store names no file");
         return;

@@ -16,11 +16,11 @@ CHECKS = [
     ("newer", SOUND, 0, 'default options: "-url", "res://page", "-title", "De mo"\n',
      "user agent: Product/6.12 Ubuntu/22.04 before", f"WorkingDirectory: {PLUGINS}/newer/\n"),
     ("both", {}, 0, "NOTE  older set: complete, but never used"),
-    ("five", {}, 1, "WRONG entry points: neither set is complete (newer: PlgInvoke missing; older: P_I"),
-    ("fallback", {}, 1, "WRONG newer set: incomplete: PlgInvoke missing; the product binds the older"),
+    ("five", {}, 1, "WRONG entry points: neither set is complete (newer: PlgInvoke missing; ol"),
+    ("fallback", {}, 1, "WRONG newer set: incomplete: PlgInvoke missing; the product b"),
     ("failing", {}, 1, "WRONG initialise: the first time: PlgInitialize() fails, twice"),
     ("failing-older", {}, 1, "WRONG initialise: the first time: P_Initialize() fails, twice"),
-    ("linked", {}, 1, "WRONG linked: is linked to the product's library", "WRONG entry points: nei"),
+    ("linked", {}, 1, "WRONG linked: is linked to the product's library", "WRONG entry"),
     ("newer", {"NULL_COMMAND": "abort"}, 1, "WRONG crash: signal 6 (Aborted) in PlgInvoke(null)"),
     ("older", {"NULL_COMMAND": "throw"}, 1, "WRONG crash: signal 6 (Aborted) in P_Invoke(null)"),
     ("newer", {"NULL_COMMAND": "exit"}, 1, "crash: ended the process with status 0 in PlgInvoke"),
@@ -30,37 +30,37 @@ CHECKS = [
     ("newer", {"UserAgentId": "a\nb"}, 1, "WRONG user agent: has a control", "Id: a\\x0Ab\n"),
     ("newer", {"ProductInfo": "1.0"}, 1, "WRONG ProductInfo: is left out", "agent: WebKit's"),
     ("newer", {"MachineInfo": "Debian 12;x"}, 1, "WRONG MachineInfo: is left out"),
-    ("newer", {"ProductInfo": b"\xff;;1,"}, 1, "WRONG ProductInfo: is not UTF-8", "o: \\xFF;"),
+    ("newer", {"ProductInfo": b"\xff;;1,"}, 1, "WRONG ProductInfo: is not UTF-8", ": \\xFF;"),
     ("newer", {"ConfigGlobal_Command_App": "-url res://no -root /"}, 1,
      "WRONG start page: no property Web:no", "WRONG default options: -root has no effect here"),
 ]
 WRONG_MACHINE = b"\x7fELF\x02\x01\x01" + bytes(9) + b"\x03\x00\xb7\x00" + bytes(44)
+NO_LEAKS = {"LSAN_OPTIONS": "detect_leaks=0"}  # those of the engine are no fault of a plug-in
 
 
 class Tools(Shell):
     def ask_tool(self, tool, *arguments, **environment):
-        if "LSAN_OPTIONS" in self.environment:  # the engine's leaks are no end of the plug-in
-            environment |= {"LSAN_OPTIONS": "detect_leaks=0:exitcode=0"}
-        done = subprocess.run([tool, *arguments], env=self.environment | environment, text=True,
-                              cwd=self.dir, capture_output=True, timeout=100, errors="replace")
+        done = subprocess.run([tool, *arguments], env=self.environment | NO_LEAKS | environment,
+                              cwd=self.dir, capture_output=True, text=True, timeout=100)
         return done.returncode, done.stdout, done.stderr
+
+    def finds(self, status, texts, done):
+        missing = [text for text in texts if text not in done[1]]
+        self.assertEqual((done[0], missing), (status, []), done)
 
     def check(self, *arguments, **environment):
         return self.ask_tool(BUILD / "bin/tovik-plugin-check", *arguments, **environment)
 
     def test_plugin_check_names_each_fault(self):
         for plugin, environment, status, *texts in CHECKS:
-            with self.subTest(plugin=plugin, **environment):
-                done = self.check(PLUGINS / plugin / "libtovik.so", "--limit", "3",
-                                  **{"TEST_" + name: value for name, value in environment.items()})
-                self.assertEqual(done[0], status, done)
-                for text in texts:
-                    self.assertIn(text, done[1])
+            environment = {"TEST_" + name: value for name, value in environment.items()}
+            self.finds(status, texts, self.check(PLUGINS / plugin / "libtovik.so", "--limit", "3",
+                                                 **environment))
 
     def test_plugin_check_says_what_it_cannot_load_and_speaks_json(self):
         sound = (PLUGINS / "newer/libtovik.so").read_bytes()
-        for content, text in ((b"text", "no ELF"), (sound[:40], "cut off"), (sound[:5000], "cut off"),
-                              (WRONG_MACHINE, "another architecture"), (None, "is a directory")):
+        for content, text in ((b"text", "no ELF"), (sound[:40], "cut off"), (sound[:9000], "cut"),
+                              (WRONG_MACHINE, "another architecture"), (None, "a directory")):
             path = self.dir / "libx.so"
             path.write_bytes(content) if content else (path.unlink(), path.mkdir())
             status, lines, _ = self.check(path)
@@ -80,38 +80,31 @@ class Tools(Shell):
         doctor = shutil.copy(BUILD / "bin/tovik-doctor", self.dir / "opt/bin")
         page, store = self.page(""), ("-store", self.store)
 
-        def another(place, name):
-            """Another installation, its library under this name."""
+        for place in ("many", "a b/lib", "old/lib", "ab/lib"):
             shutil.copytree(lib, self.dir / place)
-            return (self.dir / place / "libtovikgui.so").rename(self.dir / place / name)
-
-        many = another("many", "libtovikgui.so").parent
+        many, spaced = self.dir / "many", self.dir / "a b/lib/libtovikgui.so"
+        old = (self.dir / "old/lib/libtovikgui.so").rename(self.dir / "old/lib/libtovikgui.so.1")
+        brand = (self.dir / "ab/lib/libtovikgui.so").rename(self.dir / "ab/lib/libab_gui.so")
         for i in range(10):
             (many / f"lib{i}.so").touch()
-        spaced, old = another("a b/lib", "libtovikgui.so"), another("old/lib", "libtovikgui.so.1")
-        brand = another("ab/lib", "libab_gui.so")
         for arguments, status, *texts in [
-                (store, 0, f"plug-in: {lib}/libtovik.so; looked at {self.dir}/opt/bin/libtovik.so (not "
-                 f"there), {lib}/libtovik.so (there)", f"page: file://{lib}/index.html; looked at",
-                 f"module: WebKit opens {lib}/libtovikgui.so", "work area: 1280 x 1024", "brand: tovik"),
-                (("-url", page, *store, "-size", "0x00320032"), 0, f"page: {page}", ": 640 x 512 at"),
-                (("-url", "none.html"), 1, "WRONG start page: no none.html; looked at", "NOTE  answer"),
-                (("-url", "res://page", "-config", "c"), 1, "WRONG start page", "WRONG local config"),
-                (("-store", "/none/x", "-rot"), 1, "WRONG answer: /none/x", "NOTE  options: -rot is no"),
-                (("-root", many), 1, f"other libraries: 10 other libraries in {many}",
-                 "WRONG root: ", f"WebKit opens {many}/libtovikgui.so", f"pages: {many}/libtovik.so"),
+                (store, 0, f"ug-in: {lib}/libtovik.so; looked at {self.dir}/opt/bin/libtovik.so (no"
+                 f"t there), {lib}/libtovik.so (there)", f"page: file://{lib}/index.html; looked",
+                 f"module: WebKit opens {lib}/libtovikgui.so", "area: 1280 x 1024", "brand: tovik"),
+                (("-url", page, *store, "-size", "0x00320032"), 0, f"page: {page}", "640 x 512 at"),
+                (("-url", "none.html"), 1, "WRONG start page: no none.html; look", "NOTE  answer"),
+                (("-url", "res://page", "-config", "c"), 1, "WRONG start page", "WRONG local conf"),
+                (("-store", "/none/x", "-rot"), 1, "WRONG answer: /none/x", "NOTE  options: -rot"),
+                (("-root", many), 1, f"WRONG other libraries: 10 other libraries in {many}", "WRONG"
+                 " root", f"WebKit opens {many}/libtovikgui.so", f"pages: {many}/libtovik.so"),
                 (("-root", f"{self.dir}/"), 1, "WRONG module: the library is not in"),
-                (("-plugin", PLUGINS / "five/libtovik.so"), 1, "WRONG plug-in of the window: has no com"),
+                (("-plugin", PLUGINS / "five/libtovik.so"), 1, "WRONG plug-in of the window: ha"),
                 (("--library", spaced), 1, "WRONG program: the layout takes"),
-                (("--library", old.with_suffix("")), 1, "WRONG library: only under a versioned name, libtovikgui.so.1;"),
+                (("--library", old.with_suffix("")), 1, "WRONG library: only under a versioned"),
                 (("--library", old), 1, "so.1 does not end in \".so\""),
-                (("--library", brand), 1, "OK    brand: ab\n",
-                 f"{self.dir}/ab/lib/libab.so (not there)", "WRONG extension directory: none")]:
-            with self.subTest(arguments=arguments):
-                done = self.ask_tool(doctor, *arguments)
-                self.assertEqual(done[0], status, done)
-                for text in texts:
-                    self.assertIn(text, done[1])
+                (("--library", brand), 1, "OK    brand: ab\n", "WRONG extension directory: none",
+                 f"{self.dir}/ab/lib/libab.so (not there)")]:
+            self.finds(status, texts, self.ask_tool(doctor, *arguments))
         self.assertEqual(self.ask_tool(doctor, "--library")[0], 2)
         sick = self.ask_tool(doctor, DISPLAY="none:7", WEBKIT_FORCE_SANDBOX="1")[1]
         self.assertRegex(sick, "WRONG display(.|\\n)*WRONG sandbox")
@@ -119,12 +112,13 @@ class Tools(Shell):
     def test_template_builds_elsewhere_and_passes_the_check(self):
         shutil.copytree(SOURCE / "sdk", self.dir / "sdk")
         shutil.copytree(SOURCE / "sdk/templates/plugin", self.dir / "mine")
-        for older in ("OFF", "ON"):
-            for command in (["cmake", "-G", "Ninja", "-B", "out", f"-DTOVIK_SDK={self.dir}/sdk", "-DTOVIK_"
-                             f"PLUGIN_CHECK={BUILD}/bin/tovik-plugin-check", f"-DOLDER_SET={older}"],
-                            ["cmake", "--build", "out"], ["ctest", "--test-dir", "out", "-V"]):
-                done = subprocess.run(command, cwd=self.dir / "mine", text=True, capture_output=True,
-                                      env=self.desktop() | {"LSAN_OPTIONS": "detect_leaks=0"})
+        check = BUILD / "bin/tovik-plugin-check"
+        for older, bound in (("OFF", "newer"), ("ON", "older")):
+            for command in (f"cmake -G Ninja -B out -DTOVIK_SDK={self.dir}/sdk -DOLDER_SET={older}"
+                            f" -DTOVIK_PLUGIN_CHECK={check}",
+                            "cmake --build out", "ctest --test-dir out -V --no-tests=error"):
+                done = subprocess.run(command.split(), cwd=self.dir / "mine", capture_output=True,
+                                      text=True, env=self.desktop() | NO_LEAKS)
                 self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
-            self.assertIn(("older" if older == "ON" else "newer") + " set: complete", done.stdout)
+            self.assertIn(f"{bound} set: complete", done.stdout)
             self.assertNotIn("NOTE", done.stdout)
