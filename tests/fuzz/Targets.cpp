@@ -60,21 +60,18 @@ void url_decoding(const std::string& input)
 
 void action_urls(const std::string& input)
 {
-    const auto [url, name] = halves(input);
+    const std::string url = halves(input).first;
     const OwnedText uri = exact(url);
     const OwnedText action(get_uri_action(uri.get()));
     require(!action || (*action.get() != 0 && url.find(action.get()) != std::string::npos));
-    const std::string plain = name.find_first_of("&=") == std::string::npos ? name : "status";
-    const OwnedText value(get_uri_argument(uri.get(), plain.c_str()));
-    if (!plain.empty()) {
-        // An item begins behind the first "?", or at the start, or behind a "&".
-        const std::string query = "&" + url.substr(url.find('?') + 1);
-        const std::size_t item = query.find("&" + plain + "=");
-        require((value != nullptr) == (item != std::string::npos));
-        if (value) {
-            const std::string rest = query.substr(item + plain.size() + 2);
-            require(value.get() == decoded_by_steps(rest.substr(0, rest.find('&'))));
-        }
+    // The item begins behind the first "?", or at the start, or behind a "&".
+    const std::string query = "&" + url.substr(url.find('?') + 1);
+    const std::size_t item = query.find("&status=");
+    const OwnedText value(get_uri_argument(uri.get(), "status"));
+    require((value != nullptr) == (item != std::string::npos));
+    if (value) {
+        const std::string rest = query.substr(item + std::strlen("&status="));
+        require(value.get() == decoded_by_steps(rest.substr(0, rest.find('&'))));
     }
 }
 

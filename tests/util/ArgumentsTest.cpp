@@ -1,5 +1,6 @@
 #include "util/Arguments.h"
 
+#include <algorithm>
 #include <climits>
 #include <gtest/gtest.h>
 #include <string>
@@ -16,20 +17,13 @@ std::vector<std::string> strings_of(char** list, int count)
 }
 
 /// An argument vector over texts of the test.
-class Vector {
-public:
-    Vector(std::initializer_list<const char*> texts)
-    {
-        for (const char* text : texts) {
-            m_entries.push_back(const_cast<char*>(text));
-        }
-    }
-    int count() const { return static_cast<int>(m_entries.size()); }
-    char** list() { return m_entries.data(); }
-
-private:
-    std::vector<char*> m_entries;
-};
+std::vector<char*> vector_of(std::initializer_list<const char*> texts)
+{
+    std::vector<char*> entries;
+    std::transform(texts.begin(), texts.end(), std::back_inserter(entries),
+        [](const char* text) { return const_cast<char*>(text); });
+    return entries;
+}
 
 } // namespace
 
@@ -49,23 +43,23 @@ TEST(ArgumentList, IsSplitAtSpacesAndQuotes)
 
 TEST(ArgumentList, IsJoinedAsFreshCopies)
 {
-    Vector first = {"a", "b", "c"};
-    Vector second = {"d", nullptr, "f"};
+    std::vector<char*> first = vector_of({"a", "b", "c"});
+    std::vector<char*> second = vector_of({"d", nullptr, "f"});
     const std::tuple<int, int, std::vector<std::string>> rows[]
         = {{2, 3, {"a", "b", "d", "", "f"}}, {0, 1, {"d"}}, {1, -7, {"a"}}, {-1, 0, {}}};
     for (const auto& [firstCount, secondCount, joined] : rows) {
         const OwnedList list(
-            append_argument_list(first.list(), firstCount, second.list(), secondCount));
+            append_argument_list(first.data(), firstCount, second.data(), secondCount));
         EXPECT_EQ(strings_of(list.get(), static_cast<int>(joined.size())), joined);
-        EXPECT_TRUE(joined.empty() || list[0] != first.list()[0]);
+        EXPECT_TRUE(joined.empty() || list[0] != first.data()[0]);
     }
     free_argument_list(nullptr);
 }
 
 TEST(OptionLookup, TakesTheFirstMatchAndItsValue)
 {
-    Vector arguments = {"-url", "index.html", nullptr, "-verbose", "-size", "0x10", "-size", "7",
-        "-n", nullptr, "-wait"};
+    std::vector<char*> arguments = vector_of({"-url", "index.html", nullptr, "-verbose", "-size",
+        "0x10", "-size", "7", "-n", nullptr, "-wait"});
     const std::tuple<const char*, int, const char*, unsigned int> rows[] = {
         {"-url", 1, "index.html", 0}, {"index.html", 1, "", 0}, // a null entry counts as no value
         {"-verbose", 1, "", 0}, {"-size", 1, "0x10", 16}, {"-n", 1, "", 0}, {"-wait", 1, "", 0},
@@ -73,12 +67,12 @@ TEST(OptionLookup, TakesTheFirstMatchAndItsValue)
     for (const auto& [name, found, expected, expectedNumber] : rows) {
         const char* value = "unset";
         unsigned int number = 99;
-        const int count = arguments.count();
-        EXPECT_EQ(get_argument(count, arguments.list(), name, &value), found) << name;
+        const int count = static_cast<int>(arguments.size());
+        EXPECT_EQ(get_argument(count, arguments.data(), name, &value), found) << name;
         EXPECT_STREQ(value, expected) << name;
-        EXPECT_EQ(get_argument(count, arguments.list(), name, &number), found);
+        EXPECT_EQ(get_argument(count, arguments.data(), name, &number), found);
         EXPECT_EQ(number, expectedNumber) << name;
-        EXPECT_EQ(has_argument(count, arguments.list(), name), found) << name;
+        EXPECT_EQ(has_argument(count, arguments.data(), name), found) << name;
     }
     const char* value = "unset";
     EXPECT_EQ(get_argument(0, nullptr, "-url", &value), 0);
