@@ -1,4 +1,5 @@
 """Runs the real host on an X server of its own, as a product does."""
+import contextlib
 import os
 import pathlib
 import shutil
@@ -22,12 +23,16 @@ class Shell(unittest.TestCase):
     window_manager = False
 
     def setUp(self):
-        self.dir = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory())).resolve()
+        folder = tempfile.TemporaryDirectory(ignore_cleanup_errors=True)
+        self.dir = pathlib.Path(self.enterContext(folder)).resolve()
         self.host = str(BUILD / "bin/tovik")
         self.store = self.dir / "result"
+        self.runtime = self.dir / "runtime"
+        self.runtime.mkdir()
         self.environment = os.environ | {
             "DBUS_SESSION_BUS_ADDRESS": "disabled:", "G_DEBUG": "fatal-criticals",
-            "HOME": str(self.dir), "TEST_PLUGIN_LOG": str(self.dir / "log")}
+            "HOME": str(self.dir), "XDG_RUNTIME_DIR": str(self.runtime),
+            "TEST_PLUGIN_LOG": str(self.dir / "log")}
         if SANITIZER:
             log = f"log_path={self.dir}/sanitizer"
             self.environment |= {
@@ -92,13 +97,16 @@ class Shell(unittest.TestCase):
         self.store.unlink(missing_ok=True)
         if not {"-store", "--print"} & set(arguments):
             arguments = (*arguments, "-store", self.store)
-        self.process = self.spawn([*(command or [self.host]), *arguments], env=self.environment,
-                                  cwd=self.dir, text=True, errors="replace",
-                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        # Into files: a pipe fills up, and the engine's own processes keep it open for a while.
+        with open(self.dir / "trace", "w") as trace, open(self.dir / "errors", "w") as errors:
+            self.process = self.spawn([*(command or [self.host]), *arguments], cwd=self.dir,
+                                      env=self.environment, stdout=trace, stderr=errors)
 
     def finish(self, status=0):
         """Waits for the host to end with this status and returns the text of the result file."""
-        self.trace, self.errors = self.process.communicate(timeout=PATIENCE)
+        self.process.wait(PATIENCE)
+        self.trace, self.errors = ((self.dir / name).read_text(errors="replace")
+                                   for name in ("trace", "errors"))
         self.assertEqual(self.process.returncode, status, self.errors)
         return self.store.read_text() if self.store.exists() else None
 
@@ -113,14 +121,20 @@ class Shell(unittest.TestCase):
 
     def end(self):
         self.process.kill()
-        self.process.communicate()
+        self.process.wait()
 
     def window(self):
         return self.until(
             lambda: self.ask(f"xdotool search --onlyvisible --pid {self.process.pid}").strip())
 
     def close_window(self):
-        self.ask(f"xdotool windowactivate --sync {self.window()} key alt+F4")
+        """Closes the window as a user does, again until the host has taken note."""
+        def closed():
+            self.ask(f"xdotool windowactivate --sync {window} key alt+F4")
+            return self.process.poll() is not None
+
+        window = self.window()
+        self.until(closed)
 
     def expect(self, command, expected):
         """Waits until the command, given the host's window, prints what is expected."""
@@ -130,8 +144,20 @@ class Shell(unittest.TestCase):
             time.sleep(0.02)
         self.assertEqual(seen, expected, command)
 
+    def engine_runs(self):
+        """Whether a process of the engine is left; they end a little after the host."""
+        mark = f"XDG_RUNTIME_DIR={self.runtime}\0".encode()
+        for environment in pathlib.Path("/proc").glob("[0-9]*/environ"):
+            with contextlib.suppress(OSError):
+                if mark in environment.read_bytes():
+                    return True
+        return False
+
     def check_sanitizer_logs(self):
         """Reports of our own code; the libraries below leave hundreds of leaks themselves."""
+        deadline = time.monotonic() + 10  # some that a sanitizer stops in its last check stay
+        while self.engine_runs() and time.monotonic() < deadline:
+            time.sleep(0.02)
         for log in self.dir.glob("sanitizer.*"):
             text = log.read_text(errors="replace")
             self.assertNotIn("runtime error:", text)

@@ -38,8 +38,8 @@ class Run(Shell):
 
     def test_restart_runs_the_program_anew_with_its_arguments(self):
         address = serve(self, COUNT % "text.startsWith('1 ') ? location = 'tvk://restart' :")
-        # The second process inherits the output, whose end is waited for; the first leaves no answer.
-        self.assertEqual(self.run_host("-url", address + "/page?x", "-useragent", "Own/1.0"),
+        self.run_host("-url", address + "/page?x", "-useragent", "Own/1.0")
+        self.assertEqual(self.until(lambda: self.store.exists() and self.store.read_text()),
                          "2 Own/1.0?x")
 
     def test_reload_ends_the_run_only_for_a_redirect(self):

@@ -14,7 +14,5 @@ if (window.Tovik) {
 window.Tovik = undefined;
 // @ts-expect-error: a size is a number
 TovikActions.resizePercent('50');
-// @ts-expect-error: performed, not built
-const url: string = TovikActions.exit('OK');
 // @ts-expect-error: a status is a number
 window.TovikMock!.handlers.invoke = name => name;

@@ -9,6 +9,5 @@ TovikActions.resizePixels(640, 0);
 const link: string = TovikActions.urls.exit() + TovikActions.urls.resizePercent(50);
 if (window.TovikMock) {
   window.TovikMock.handlers.invoke = name => name.length;
-  const ended: string = window.TovikMock.answer ?? link + window.TovikMock.actions[0].name;
-  console.log(ended);
+  console.log((window.TovikMock.answer ?? link + window.TovikMock.actions[0].name).length);
 }
