@@ -11,7 +11,7 @@ packages=(
     # testing
     libgtest-dev libgmock-dev openbox x11-utils clang-format clang-tidy python3 openssl
     clang libclang-rt-14-dev gcovr valgrind
-    chromium node-typescript
+    chromium node-typescript dbus at-spi2-core gir1.2-atspi-2.0 python3-gi
     # measuring
     libbenchmark-dev
 )

@@ -111,30 +111,25 @@ TEST_F(PluginUser, SaysWhyThereIsNone)
 
 TEST(InfoTexts, AreCutToTwoNumbers)
 {
-    const std::tuple<bool (*)(const char*, char*, std::size_t), const char*, const char*> rows[]
-        = {{wa_format_client_info, "Product;abc;0612,xyz", "Product/6.12"},
-            {wa_format_client_info, "Product;abc;1003,xyz", "Product/10.3"},
-            {wa_format_client_info, "Product;abc;1000,xyz", "Product/10.0"},
-            {wa_format_client_info, "Product;abc;0600,xyz", "Product/6.0"},
-            {wa_format_client_info, "Product;abc;5,xyz", "Product/5."},
-            {wa_format_client_info, "Product%3Babc%3b0612%2cxyz", "Product/6.12"},
-            {wa_format_client_info, "A+B;;x1x2,", "A B/1.2"}, {wa_format_client_info, ";;,", "/."},
-            {wa_format_client_info, "Product;abc;0612", ""},
-            {wa_format_client_info, "Product;0612,x", ""}, {wa_format_client_info, "", ""},
-            {wa_format_client_info, nullptr, ""},
-            {wa_format_system_info, "Ubuntu 22.04.3 LTS;x86_64", "Ubuntu/22.04"},
-            {wa_format_system_info, "Linux Mint 21.2;x86_64", "Linux Mint/21.2"},
-            {wa_format_system_info, "macOS 10.15.7;x86_64", "macOS/10.15"},
-            {wa_format_system_info, "Linux 6.1;x86_64", "Linux/6."},
-            {wa_format_system_info, "Linux 6.;x86_64", "Linux/6."},
-            {wa_format_system_info, "Debian 12;x86_64", ""},
-            {wa_format_system_info, "Ubuntu 22.04", ""},
-            {wa_format_system_info, "Ubuntu22.04;x", ""}, {wa_format_system_info, nullptr, ""}};
-    for (const auto& [format, text, info] : rows) {
-        char buffer[64] = "";
-        EXPECT_EQ(format(text, buffer, sizeof buffer), *info != 0) << text;
-        EXPECT_STREQ(buffer, info) << text;
-    }
+    using Row = std::pair<const char*, const char*>;
+    const auto check = [](auto* format, std::initializer_list<Row> rows) {
+        for (const auto& [text, info] : rows) {
+            char buffer[64] = "";
+            EXPECT_EQ(format(text, buffer, sizeof buffer), *info != 0) << text;
+            EXPECT_STREQ(buffer, info) << text;
+        }
+    };
+    check(wa_format_client_info,
+        {{"Product;abc;0612,xyz", "Product/6.12"}, {"Product;abc;1003,xyz", "Product/10.3"},
+            {"Product;abc;1000,xyz", "Product/10.0"}, {"Product;abc;0600,xyz", "Product/6.0"},
+            {"Product;abc;5,xyz", "Product/5."}, {"Product%3Babc%3b0612%2cxyz", "Product/6.12"},
+            {"A+B;;x1x2,", "A B/1.2"}, {";;,", "/."}, {"Product;abc;0612", ""},
+            {"Product;0612,x", ""}, {"", ""}, {nullptr, ""}});
+    check(wa_format_system_info,
+        {{"Ubuntu 22.04.3 LTS;x86_64", "Ubuntu/22.04"}, {"Linux Mint 21.2;x", "Linux Mint/21.2"},
+            {"macOS 10.15.7;x86_64", "macOS/10.15"}, {"Linux 6.1;x", "Linux/6."},
+            {"Linux 6.;x", "Linux/6."}, {"Debian 12;x86_64", ""}, {"Ubuntu 22.04", ""},
+            {"Ubuntu22.04;x", ""}, {nullptr, ""}});
     // Name, version and four bytes more have to be less than the size.
     char buffer[16] = "";
     EXPECT_FALSE(wa_format_client_info("Product;abc;0612,", buffer, 15));

@@ -1,9 +1,10 @@
 """The host, the start page and the actions that reach beyond the window."""
 import os
 import subprocess
+import unittest
 
 from server import serve
-from shell import PRELUDE, Shell
+from shell import BUILD, PRELUDE, SANITIZER, SOURCE, Shell
 
 COUNT = PRELUDE + ("fetch('/count').then(r => r.text()).then(text => %s exit('OK', text"
                    " + location.search))</script>")
@@ -123,3 +124,14 @@ class Run(Shell):
         self.assertEqual(self.run_host(query, "-url", reload), "CKR_CANCEL")
         self.until(lambda: self.log().count("\n") == 3)
         self.assertEqual(self.log(), "hidden\nhome\nnone://localhost/a?b\n")
+
+    @unittest.skipIf(SANITIZER, "the accessibility bus takes tens of seconds to start")
+    def test_dialog_is_read_through_the_accessibility_bus(self):
+        del self.environment["DBUS_SESSION_BUS_ADDRESS"]
+        tree = subprocess.run(
+            ["dbus-run-session", "--", "sh", "-c", f"'{BUILD}/demo/bin/tovik' & host=$!;"
+             f"/usr/bin/python3 '{SOURCE}/tests/e2e/tree.py'; kill $host"],
+            env=self.environment, text=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        for node in ("document web: Confirm PIN", "heading: Confirm your PIN",
+                     "password text: PIN", "push button: Confirm", "push button: Cancel"):
+            self.assertIn(node + "\n", tree.stdout)
