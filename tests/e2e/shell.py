@@ -3,6 +3,7 @@ import contextlib
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
 import tempfile
 import time
@@ -83,13 +84,16 @@ class Shell(unittest.TestCase):
 
     def install(self, plugin=None, library="libtovikgui.so", name="libtovik.so"):
         """Makes an installation of the test's own, which later starts use."""
-        for part in ("bin", "lib"):
-            (self.dir / "opt" / part).mkdir(parents=True, exist_ok=True)
         lib = self.dir / "opt/lib"
-        self.host = shutil.copy(BUILD / "bin/tovik", self.dir / "opt/bin")
-        shutil.copy(BUILD / "lib/libtovikgui.so", lib / library)
+        self.host = str(self.dir / "opt/bin/tovik")
+        files = {self.host: BUILD / "bin/tovik", lib / library: BUILD / "lib/libtovikgui.so"}
         if plugin:
-            shutil.copy(BUILD / f"tests/plugins/{plugin}/libtovik.so", lib / name)
+            files[lib / name] = BUILD / f"tests/plugins/{plugin}/libtovik.so"
+        for target, source in files.items():
+            pathlib.Path(target).parent.mkdir(parents=True, exist_ok=True)
+            # A process of an earlier start may still have the former file mapped.
+            shutil.copy(source, self.dir / "copy")
+            (self.dir / "copy").rename(target)
         return lib
 
     def start(self, *arguments, command=None):
@@ -144,20 +148,21 @@ class Shell(unittest.TestCase):
             time.sleep(0.02)
         self.assertEqual(seen, expected, command)
 
-    def engine_runs(self):
-        """Whether a process of the engine is left; they end a little after the host."""
+    def engine_processes(self):
+        """The engine's processes that are left; they end a little after the host."""
         mark = f"XDG_RUNTIME_DIR={self.runtime}\0".encode()
         for environment in pathlib.Path("/proc").glob("[0-9]*/environ"):
             with contextlib.suppress(OSError):
                 if mark in environment.read_bytes():
-                    return True
-        return False
+                    yield int(environment.parent.name)
 
     def check_sanitizer_logs(self):
         """Reports of our own code; the libraries below leave hundreds of leaks themselves."""
-        deadline = time.monotonic() + 10  # some that a sanitizer stops in its last check stay
-        while self.engine_runs() and time.monotonic() < deadline:
+        deadline = time.monotonic() + 10
+        while any(self.engine_processes()) and time.monotonic() < deadline:
             time.sleep(0.02)
+        for process in self.engine_processes():  # a sanitizer has stopped it in its last check
+            os.kill(process, signal.SIGKILL)
         for log in self.dir.glob("sanitizer.*"):
             text = log.read_text(errors="replace")
             self.assertNotIn("runtime error:", text)
