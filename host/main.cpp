@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
+#include <string_view>
 #include <unistd.h>
 
 namespace {
@@ -28,22 +29,23 @@ bool own_path(char (&path)[PATH_MAX])
     return true;
 }
 
-/// Replaces the last two parts of /.../bin/tovik to give the path of the library.
+/// Turns the path /.../bin/NAME of this program into that of its library,
+/// /.../lib/libNAMEgui.so: a product of another brand has both under its own name.
 bool library_path(char (&path)[PATH_MAX])
 {
-    constexpr char kLibrary[] = "/lib/libtovikgui.so";
-    for (int parts = 0; parts < 2; ++parts) {
-        char* slash = std::strrchr(path, '/');
-        if (slash == nullptr) {
-            return false;
-        }
-        *slash = 0;
-    }
-    const std::size_t length = std::strlen(path);
-    if (length + sizeof kLibrary > sizeof path) {
+    const std::string_view program = path;
+    const std::size_t name = program.rfind('/') + 1;
+    const std::size_t directory = name < 2 ? 0 : program.rfind('/', name - 2);
+    if (name < 2 || directory == std::string_view::npos) {
         return false;
     }
-    std::memcpy(path + length, kLibrary, sizeof kLibrary);
+    char library[PATH_MAX];
+    const int length = std::snprintf(library, sizeof library, "%.*s/lib/lib%sgui.so",
+        static_cast<int>(directory), path, path + name);
+    if (length >= PATH_MAX) {
+        return false;
+    }
+    std::memcpy(path, library, sizeof library);
     return true;
 }
 

@@ -54,6 +54,11 @@ std::string json_text(std::string_view text)
     return quoted + '"';
 }
 
+std::string json_member(std::string_view name, std::string_view value)
+{
+    return json_text(name) + ": " + json_text(value);
+}
+
 } // namespace
 
 void Report::add(Level level, std::string_view subject, std::string_view text)
@@ -124,12 +129,15 @@ std::string Report::json(std::string_view name, std::string_view value) const
 {
     std::string list;
     for (const Finding& finding : m_findings) {
-        list += list.empty() ? "\n" : ",\n";
-        list += "  {\"level\": " + json_text(name_of(finding.level)) + ", \"subject\": "
-            + json_text(finding.subject) + ", \"text\": " + json_text(finding.text) + "}";
+        list += list.empty() ? "\n  {" : ",\n  {";
+        list += json_member("level", name_of(finding.level)) + ", ";
+        list += json_member("subject", finding.subject) + ", ";
+        list += json_member("text", finding.text) + "}";
     }
-    return "{" + json_text(name) + ": " + json_text(printable(value)) + ", \"wrong\": "
-        + (any_wrong() ? "true" : "false") + ", \"findings\": [" + list + "\n]}\n";
+    std::string object = "{";
+    object += json_member(name, printable(value)) + ", \"wrong\": ";
+    object += any_wrong() ? "true" : "false";
+    return object + ", \"findings\": [" + list + "\n]}\n";
 }
 
 bool is_utf8(std::string_view text)
