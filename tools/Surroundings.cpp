@@ -1,6 +1,7 @@
 // What surrounds a run: the engine, its environment, the graphics driver.
 #include "host/Graphics.h"
 #include "tools/Doctor.h"
+#include "tools/Witness.h"
 #include "webapp/ShellState.h"
 
 #include <webkit2/webkit2.h>
@@ -23,8 +24,9 @@ bool is_on(const char* variable)
 
 void examine_surroundings(Report& report)
 {
-    if (fs::path(g_ARGV[0]).filename() == "tovik") {
-        avoid_blank_window(kNvidiaModuleFile); // as that host does for its own process
+    const std::string host = fs::path(g_ARGV[0]).filename();
+    if (fs::path(g_Witness.module).filename() == "lib" + host + "gui.so") {
+        avoid_blank_window(kNvidiaModuleFile); // as a host of that name does for its own process
     }
     report.ok("WebKitGTK",
         std::to_string(webkit_get_major_version()) + "."

@@ -29,7 +29,7 @@ Says what the product would do if it were started with these options (see tovik 
 places it looks at, and what is wrong with it.
 
   --library PATH  the library of the product (default: that of this installation)
-  --program PATH  the program that loads it (default: bin/tovik beside the library's directory)
+  --program PATH  the program that loads it (default: bin/NAME for lib/libNAMEgui.so)
 
 Exit status: 0 nothing is wrong; 1 something is; 2 these words are not understood.
 )";
@@ -41,6 +41,16 @@ int usage_error(const char* word)
 {
     std::fprintf(stderr, "tovik-doctor: %s needs a path; see tovik-doctor --help\n", word);
     return kUsageError;
+}
+
+/// Program beside the library's directory that loads the library of this name, lib<name>gui.so.
+fs::path program_of(const fs::path& library)
+{
+    std::string name = library.stem();
+    if (name.starts_with("lib") && name.ends_with("gui")) {
+        name = name.substr(3, name.size() - 6);
+    }
+    return library.parent_path().parent_path() / "bin" / name;
 }
 
 /// Examines the installation for the process arguments.
@@ -97,7 +107,7 @@ int run(int argc, char** argv)
         (names_library ? library : program) = fs::absolute(argv[next + 1]).lexically_normal();
     }
     if (program.empty()) {
-        program = library.parent_path().parent_path() / "bin/tovik";
+        program = program_of(library);
     }
     return start_anew(library, program, argv + next);
 }
