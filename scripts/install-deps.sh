@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs every package that building, running and testing Tovik needs on Debian 12. Asks
-# nothing, uses sudo when it is not run by root, and does nothing when all is there.
+# Installs every package that building, running and testing Tovik needs on Debian 12, and with
+# --packaging those of scripts/package.sh too. Asks nothing, uses sudo when it is not run by root,
+# and does nothing when all is there.
 set -euo pipefail
 
 packages=(
@@ -12,9 +13,12 @@ packages=(
     libgtest-dev libgmock-dev openbox x11-utils clang-format clang-tidy python3 openssl
     clang libclang-rt-14-dev gcovr valgrind
     chromium node-typescript dbus at-spi2-core gir1.2-atspi-2.0 python3-gi
+    # checking the documents
+    codespell mandoc
     # measuring
     libbenchmark-dev
 )
+[ "${1:-}" != --packaging ] || packages+=(dpkg-dev file lintian mmdebstrap)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -140,6 +140,16 @@ class Shell(unittest.TestCase):
         window = self.window()
         self.until(closed)
 
+    def answer_by_keyboard(self):
+        """Enters a name in every window until the process has ended; returns what it printed."""
+        def typed():
+            self.ask("xdotool search --onlyvisible --class '^(tovik|ab|ask)$'"
+                     " windowactivate --sync && xdotool type Ada && xdotool key Return")
+            return self.process.poll() is not None
+
+        self.until(typed)
+        return self.process.communicate()
+
     def expect(self, command, expected):
         """Waits until the command, given the host's window, prints what is expected."""
         command = command.replace("WINDOW", self.window())

@@ -48,16 +48,6 @@ class Sdk(Shell):
             [*CHROMIUM, f"--user-data-dir={self.dir / 'profile'}", page.as_uri()], text=True,
             env=self.desktop(), check=True, capture_output=True, timeout=PATIENCE).stdout)
 
-    def answer_by_keyboard(self):
-        """Enters a name in every window until the process has ended; returns what it printed."""
-        def typed():
-            self.ask("xdotool search --onlyvisible --class tovik windowactivate --sync"
-                     " && xdotool type Ada && xdotool key Return")
-            return self.process.poll() is not None
-
-        self.until(typed)
-        return self.process.communicate()
-
     def test_mock_and_bridge_conform_on_one_page(self):
         page = pathlib.Path(shutil.copy(SOURCE / "tests/sdk/conformance.html", self.sdk))
         calls = [*CALLS, *((f"TovikActions.urls.{call}", url) for call, url in URLS)]

@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Checks the documents: spelling of the whole tree, manual pages, and links between files.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+mapfile -t files < <(git ls-files --cached --others --exclude-standard)
+# Macros of the manual pages, and words of tests.
+codespell --ignore-words-list=nd,fo,hel,statics "${files[@]}"
+
+# From their own folder, where their references to each other are found.
+(cd docs/man && mandoc -Tlint -Wstyle -- *.[13])
+
+broken=0
+for file in "${files[@]}"; do
+    [[ $file == *.md ]] || continue
+    while read -r link; do
+        [ -e "$(dirname "$file")/$link" ] && continue
+        echo "$file: there is no $link" >&2
+        broken=1
+    done < <(grep -oP '\]\((?!https?:)\K[^)#]+' "$file")
+done
+exit $broken

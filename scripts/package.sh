@@ -1,0 +1,101 @@
+#!/usr/bin/env bash
+# Makes the Debian packages and tries them: builds, checks, installs into a clean root, shows a
+# dialog there, and purges. Needs root for the clean root. Ends with one line for each step; the
+# packages are in build/package.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+packages=$PWD/build/package
+
+# step TEXT COMMAND...: carries out one step; what it printed is shown when it fails.
+step() {
+    local text=$1 start=$SECONDS status
+    shift
+    set +e # the command ends at its first failure, which it would not as a condition
+    (set -e && "$@") >"$log" 2>&1
+    status=$?
+    set -e
+    if [ $status -ne 0 ]; then
+        cat "$log"
+        printf 'FAILED  %s\n' "$text"
+        exit 1
+    fi
+    printf 'ok  %4d s  %s\n' $((SECONDS - start)) "$text"
+}
+
+build() {
+    rm -f "$packages"/*.deb
+    cmake --preset package
+    cmake --build --preset package
+    (cd "$packages" && cpack)
+}
+
+check() {
+    lintian --fail-on error --allow-root "$packages"/*.deb
+    dpkg-deb -f "$packages"/tovik_*.deb Depends | grep 'libwebkit2gtk-4.1-0 (>= ' # computed
+}
+
+# The rest happens in the clean root, which mmdebstrap makes and removes.
+
+install_packages() {
+    cp "$packages"/*.deb "$root"
+    chroot "$root" sh -c 'apt-get install -y --no-install-recommends ./*.deb && rm ./*.deb'
+    chroot "$root" tovik --version
+}
+
+show_dialog() {
+    local page=file:///usr/share/doc/tovik/examples/form/index.html number
+    read -r number < <(exec Xvfb -displayfd 1 -nolisten tcp 2>/dev/null)
+    trap "kill $!" EXIT
+    export DISPLAY=:$number
+    mkdir -p "$root/tmp/.X11-unix" "$root/tmp/home"
+    ln "/tmp/.X11-unix/X$number" "$root/tmp/.X11-unix/"
+    chroot "$root" env -u XAUTHORITY HOME=/tmp/home DBUS_SESSION_BUS_ADDRESS=disabled: \
+        timeout 100 tovik --print -url "$page" >"$log.answer" &
+    local dialog=$!
+    # The field takes no keys before the page is there, so they are given until the run has ended.
+    while kill -0 "$dialog" 2>/dev/null; do
+        xdotool search --onlyvisible --class tovik windowfocus type --delay 20 Ada || true
+        xdotool key Return
+    done
+    wait "$dialog"
+    # The engine's processes end a little later, and until then the root cannot be removed.
+    while find /proc/[0-9]*/root -maxdepth 0 -lname "$root" 2>/dev/null | grep -q .; do :; done
+    rm -r "$root/tmp/home"
+    grep -qE '^[Ada]*a$' "$log.answer"
+}
+
+examine() {
+    local printed
+    printed=$(chroot "$root" env -u XAUTHORITY tovik-doctor -url about:blank) || true
+    grep 'OK    library: /usr/lib/.*/tovik/lib/libtovikgui.so' <<<"$printed"
+    cp "$packages/examples/demo-plugin/libtovik.so" "$root/demo.so"
+    chroot "$root" tovik-plugin-check /demo.so
+    rm "$root/demo.so"
+}
+
+purge() {
+    chroot "$root" apt-get purge -y tovik tovik-dev
+    local left
+    left=$(find "$root" -xdev -path "$root/proc" -prune -o -iname '*tovik*' -print)
+    echo "left behind: $left"
+    [ -z "$left" ]
+}
+
+log=$(mktemp)
+trap 'rm -f "$log" "$log.answer"' EXIT
+if [ "${1:-}" = --in-root ]; then
+    root=$2 SECONDS=$((EPOCHSECONDS - $3))
+    printf 'ok  %4d s  a clean root has been made\n' "$SECONDS"
+    step 'both packages install with what they depend on' install_packages
+    step 'a dialog runs and prints its answer' show_dialog
+    step 'doctor and plug-in check speak' examine
+    step 'nothing is left after a purge' purge
+else
+    step 'all that building and trying needs is there' scripts/install-deps.sh --packaging
+    step 'packages are built' build
+    step 'lintian finds no error' check
+    # Its own place is that of the display's socket, which gets a second name in the clean root.
+    TMPDIR=/tmp mmdebstrap --quiet --variant=apt \
+        --customize-hook="$(printf '%q --in-root "$1" %q' "$PWD/scripts/package.sh" "$EPOCHSECONDS")" \
+        "$(. /etc/os-release && echo "$VERSION_CODENAME")" /dev/null
+fi

@@ -1,0 +1,74 @@
+"""What an installation gives: programs by their links, packages for CMake, products of others."""
+import configparser
+import shutil
+
+from installed import Installed
+from shell import SOURCE
+
+TITLE = r'PIN "1" \ 50% $HOME'
+
+
+class Install(Installed):
+    def answer_of(self, *command):
+        self.start("-url", (self.examples / "form/index.html").as_uri(), command=command)
+        self.close_window()
+        return self.finish()
+
+    def setUp(self):
+        super().setUp()
+        self.examples, = self.prefix.rglob("examples")
+
+    def test_programs_run_by_their_links(self):
+        self.assertEqual(self.answer_of("tovik"), "CKR_CANCEL")
+        self.assertEqual(self.answer_of(self.prefix / "bin/tovik"), "CKR_CANCEL")
+        self.assertIn(f"library: {self.library}\n", self.do("tovik-doctor", status=1))
+
+    def test_consumers_build_and_run(self):
+        self.do("cmake", "-G", "Ninja", "-B", "out", "-S", SOURCE / "tests/packaging/consumer",
+                f"-DEXAMPLES={self.examples}")
+        self.do("cmake", "--build", "out")
+        self.assertEqual(self.answer_of("out/consumer"), "CKR_CANCEL")
+        plugin = self.dir / "out/demo-plugin/libtovik.so"
+        for library in (plugin, self.dir / "out/libby-hand.so"):
+            self.do("tovik-plugin-check", library)
+
+        shutil.copytree(self.examples / "demo", self.dir / "pages")
+        (self.dir / "pages/logo.ico").rename(self.dir / "icon")
+        (self.dir / "config").write_text("text")
+        ab = self.dir / "ab"
+        report = self.do(
+            "tovik-product", "ab", "ab", "--plugin", plugin, "--pages", "pages", "--icon", "icon",
+            "--config", "config", "--title", TITLE, "--prefix", "/opt/ab")
+        for line in ("brand: ab", f"library: {ab}/lib/libabgui.so", f"program: {ab}/bin/ab",
+                     f"global configuration: {ab}/lib/ab.conf", f"plug-in: {ab}/lib/libab.so",
+                     f"icon: {ab}/lib/logo.ico", f"start page: file://{ab}/lib/dialog.html"):
+            self.assertIn(f"OK    {line}", report)
+        self.assertRegex(self.run_product(ab / "bin/ab"), "^TOKEN-")
+
+        entry = configparser.RawConfigParser(delimiters="=")
+        entry.optionxform = str
+        entry.read(ab / "share/applications/ab.desktop")
+        entry = {key: value.replace("\\\\", "\\") for key, value in entry["Desktop Entry"].items()}
+        self.assertEqual((entry["Name"], entry["Icon"]), (TITLE, "/opt/ab/lib/logo.ico"))
+        words = self.do("sh", "-c", "printf '%s\\n' " + entry["Exec"].replace("%%", "%"))
+        self.assertEqual(words.splitlines(),
+                         ["/opt/ab/bin/ab", "-root", "/opt/ab/lib/", "-title", TITLE])
+
+    def run_product(self, program):
+        self.start("ab://dialog?auto", command=[program])
+        self.expect("xprop -id WINDOW WM_CLASS", 'WM_CLASS(STRING) = "ab", "Ab"')
+        return self.finish()
+
+    def test_product_refuses_what_could_not_work(self):
+        (self.dir / "there").mkdir()
+        for arguments, fault in [
+                (("abcdef", "new"), "no brand"), (("AB", "new"), "no brand"), (("x1", "new"), "no b"),
+                (("1gui", "new"), "no brand"), (("a", "new"), "no brand"), (("ab",), "needs a brand"),
+                (("ab", "there"), "there already"), (("ab", "a b"), "space"),
+                (("ab", "new", "--prefix", "/opt/bin/ab"), '"bin"'), (("ab", "new", "-x"), "option"),
+                (("ab", "new", "--prefix", "opt"), "absolute"), (("ab", "new", "--icon"), "value"),
+                (("ab", "new", "--plugin", "none"), "no file none"), (("ab", "new", "--title", "a\n"),
+                                                                       "control character")]:
+            printed = self.do("tovik-product", *arguments, status=2)
+            self.assertIn(fault, printed)
+            self.assertEqual((printed.count("\n"), (self.dir / "new").exists()), (1, False), printed)
