@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Installs every package that building, running and testing Tovik needs on Debian 12, and with
-# --packaging those of scripts/package.sh too. Asks nothing, uses sudo when it is not run by root,
-# and does nothing when all is there.
+# Installs every package that building, running and testing Tovik needs on Debian 12, and those
+# named: install-deps.sh [PACKAGE...]. Asks nothing, uses sudo when it is not run by root, and does
+# nothing when all is there.
 set -euo pipefail
 
 packages=(
@@ -17,8 +17,8 @@ packages=(
     codespell mandoc
     # measuring
     libbenchmark-dev
+    "$@"
 )
-[ "${1:-}" != --packaging ] || packages+=(dpkg-dev file lintian mmdebstrap)
 
 missing=()
 for package in "${packages[@]}"; do

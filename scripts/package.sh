@@ -44,7 +44,7 @@ install_packages() {
 
 show_dialog() {
     local page=file:///usr/share/doc/tovik/examples/form/index.html number
-    read -r number < <(exec Xvfb -displayfd 1 -nolisten tcp 2>/dev/null)
+    read -r number < <(exec Xvfb -displayfd 1 -noreset -nolisten tcp 2>/dev/null)
     trap "kill $!" EXIT
     export DISPLAY=:$number
     mkdir -p "$root/tmp/.X11-unix" "$root/tmp/home"
@@ -91,7 +91,7 @@ if [ "${1:-}" = --in-root ]; then
     step 'doctor and plug-in check speak' examine
     step 'nothing is left after a purge' purge
 else
-    step 'all that building and trying needs is there' scripts/install-deps.sh --packaging
+    step 'all that building and trying needs is there' scripts/install-deps.sh dpkg-dev file lintian mmdebstrap
     step 'packages are built' build
     step 'lintian finds no error' check
     # Its own place is that of the display's socket, which gets a second name in the clean root.

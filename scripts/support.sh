@@ -1,0 +1,90 @@
+#!/usr/bin/env bash
+# Shows a dialog in each kind of desktop session that can be had without a screen, and prints one
+# line for each: what was seen of the window, where the session tells, and that the answer came.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/install-deps.sh weston picom x11-xserver-utils
+output=$(cmake --preset release 2>&1 && cmake --build --preset release --target demo 2>&1) || {
+    echo "$output" >&2
+    exit 1
+}
+tovik=$PWD/build/release/demo/bin/tovik
+page=file://$PWD/examples/form/index.html
+
+scratch=$(mktemp -d)
+started=()
+trap 'kill "${started[@]}" 2>/dev/null || true; rm -rf "$scratch"' EXIT
+export XDG_RUNTIME_DIR=$scratch HOME=$scratch DBUS_SESSION_BUS_ADDRESS=disabled:
+unset WAYLAND_DISPLAY GDK_BACKEND
+
+start() {
+    "$@" >/dev/null 2>&1 &
+    started+=($!)
+}
+
+# screen: another X server, without a window manager.
+screen() {
+    local number
+    read -r number < <(exec Xvfb -displayfd 1 -noreset -screen 0 1280x1024x24 -nolisten tcp \
+        2>/dev/null)
+    started+=($!)
+    export DISPLAY=:$number
+}
+
+window_manager() {
+    start openbox
+    until xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'; do :; done
+}
+
+report() { # report TEXT SEEN EXPECTED
+    [[ $2 =~ ^$3$ ]] && printf 'ok      %-42s %s\n' "$1" "$2" && return
+    printf 'FAILED  %-42s %s, and not %s\n' "$1" "$2" "$3"
+    exit 1
+}
+
+# try TEXT EXPECTED COMMAND...: the window's size and place as the X server sees them, and the
+# answer, typed until the run has ended: the field takes no keys before the page is there.
+try() {
+    local text=$1 expected=$2 window='' seen dialog
+    shift 2
+    timeout 100 "$@" >"$scratch/answer" 2>/dev/null &
+    dialog=$!
+    until window=$(xdotool search --onlyvisible --class tovik 2>/dev/null); do
+        kill -0 "$dialog"
+    done
+    seen=$(xwininfo -id "$window" | awk '/Absolute/ {at = at " " $NF} /Width|Height/ {by = by " " $NF}
+        END {print by " at" at}')
+    while kill -0 "$dialog" 2>/dev/null; do
+        xdotool windowfocus "$window" type Ada 2>/dev/null || true
+        xdotool key Return 2>/dev/null
+    done
+    wait "$dialog"
+    grep -qE '^[Ada]*a$' "$scratch/answer" || seen="no answer"
+    report "$text" "${seen# }" "$expected"
+}
+
+placed=("$tovik" --print -url "$page" -size 0x0190012C -position 0x00320050)
+screen
+try 'X11, no window manager, no compositor' '400 270 at 50 80' "${placed[@]}"
+try 'GDK_SCALE=2' '800 540 at 100 160' env GDK_SCALE=2 "${placed[@]}"
+try 'software rendering asked for' '400 270 at 50 80' env LIBGL_ALWAYS_SOFTWARE=1 "${placed[@]}"
+try 'no session bus named' '400 270 at 50 80' env -u DBUS_SESSION_BUS_ADDRESS "${placed[@]}"
+try 'a session bus' '400 270 at 50 80' dbus-run-session -- "${placed[@]}"
+window_manager
+try 'X11, window manager' '400 270 at 5[0-9] (9|10)[0-9]' "${placed[@]}"
+start picom --backend xrender
+try 'X11, window manager, compositor' '400 270 at 5[0-9] (9|10)[0-9]' "${placed[@]}"
+
+screen
+window_manager
+xrandr --setmonitor left 640/169x1024/271+0+0 screen >/dev/null
+xrandr --setmonitor right 640/169x1024/271+640+0 none
+xrandr --listmonitors | grep -q '^Monitors: 2$'
+try 'two monitors, in the middle of the first' '400 270 at 1[12][0-9] 3[0-9][0-9]' \
+    "$tovik" --print -url "$page" -size 0x0190012C
+
+start weston --backend=headless-backend.so --socket=wayland --idle-time=0
+until [ -S "$scratch/wayland" ]; do kill -0 "${started[-1]}"; done
+answer=$(env -u DISPLAY WAYLAND_DISPLAY=wayland GDK_BACKEND=wayland \
+    "$tovik" --print 'demo://dialog?auto' 2>/dev/null)
+report 'Wayland, headless' "$answer" 'TOKEN-[0-9A-F]+'
