@@ -10,7 +10,7 @@ class Guides(Installed):
     def follow(self, guide):
         """Saves the files that a guide shows, and carries out its commands in order; whatever
         window they open is answered by keyboard. Returns what they printed."""
-        text = (SOURCE / "docs" / guide).read_text()
+        text = (SOURCE / guide).read_text()
         for name, body in re.findall(r"ave as `([^`]+)`:\n\n```\w+\n(.*?)```", text, re.S):
             (self.dir / name).parent.mkdir(exist_ok=True)
             (self.dir / name).write_text(body)
@@ -23,11 +23,14 @@ class Guides(Installed):
             printed += output
         return printed
 
+    def test_readme(self):
+        self.assertRegex(self.follow("README.md"), r"OK    brand: ab\n(.*\n)*signed by \w*a\n$")
+
     def test_pages_guide(self):
-        self.assertRegex(self.follow("pages.md"), r"^\w*a\n$")
+        self.assertRegex(self.follow("docs/pages.md"), r"^\w*a\n$")
 
     def test_plugins_guide(self):
-        self.assertEqual(self.follow("plugins.md").count("user agent: Counter/1.0 "), 2)
+        self.assertEqual(self.follow("docs/plugins.md").count("user agent: Counter/1.0 "), 2)
 
     def test_integration_guide(self):
-        self.assertRegex(self.follow("integration.md"), r"OK    brand: ab\n(.*\n)*\w*a\nanswer: \w*a\n$")
+        self.assertRegex(self.follow("docs/integration.md"), r"OK    brand: ab\n(.*\n)*\w*a\nanswer: \w*a\n$")
