@@ -28,7 +28,7 @@ class Faults(Shell):
 
     def test_plugin_aborting_in_the_shell(self):
         self.install("newer")
-        self.environment["TEST_PLUGIN_ABORT"] = "UserAgentId"
+        self.environment["TEST_UserAgentId"] = "abort"
         self.start("-url", self.page(ALIVE))
         self.assertIsNone(self.finish(-signal.SIGABRT))
 

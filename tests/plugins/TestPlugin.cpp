@@ -36,18 +36,50 @@ struct Instance {
     std::string answer;
 };
 
-Instance* create()
-{
 #ifdef FAILING
-    return nullptr;
+constexpr bool kFails = true;
 #else
-    return new Instance;
+constexpr bool kFails = false;
 #endif
-}
 
 Instance& instance_of(void* instance)
 {
     return *static_cast<Instance*>(instance);
+}
+
+/// Whether the static objects of the library are gone.
+bool g_StaticsAreGone = false;
+const struct Statics {
+    ~Statics() { g_StaticsAreGone = true; }
+} g_Statics;
+
+} // namespace
+
+extern "C" {
+
+void* initialize_newer(void* a, void* b, void* c, void* d, void** instance)
+{
+    write_down(std::string("newer initialize") + (a || b || c || d ? " with arguments" : ""));
+    *instance = kFails ? nullptr : new Instance;
+    // Success is any non-zero pointer, one with a zero low half included.
+    return kFails ? nullptr : reinterpret_cast<void*>(0x100000000UL);
+}
+
+void* initialize_older(const char* text, const char* global, const char* local,
+    void (*callback)(const char*, unsigned long))
+{
+    write_down("older initialize " + shown(text) + " " + shown(global) + " " + shown(local)
+        + (callback == nullptr ? " null" : " callback"));
+    return kFails ? nullptr : new Instance;
+}
+
+void finalize(void* instance)
+{
+    if (g_StaticsAreGone && std::getenv("TEST_NEEDS_STATICS") != nullptr) {
+        std::abort();
+    }
+    write_down("finalize");
+    delete &instance_of(instance);
 }
 
 void set_property(void* instance, const char* name, const char* value)
@@ -65,13 +97,12 @@ const char* get_property(void* instance, const char* name)
     // The properties that the host reads come from the environment, a colon written as "_".
     std::string variable = "TEST_" + wanted;
     std::replace(variable.begin(), variable.end(), ':', '_');
-    if (const char* value = std::getenv(variable.c_str())) {
-        self.answer = value;
-        return self.answer.c_str();
-    }
-    const char* abortAt = std::getenv("TEST_PLUGIN_ABORT");
-    if (abortAt != nullptr && wanted == abortAt) {
+    const char* value = std::getenv(variable.c_str());
+    if (shown(value) == "abort") {
         std::abort();
+    }
+    if (value != nullptr) {
+        return value;
     }
     if (wanted == "invalid") {
         return "a\xff\xfe";
@@ -84,22 +115,18 @@ const char* get_property(void* instance, const char* name)
         long pages = 0;
         std::ifstream("/proc/self/statm").ignore(32, ' ') >> pages;
         self.answer = std::to_string(pages * 4096);
-    } else if (self.properties.count(wanted) == 0) {
-        return nullptr;
     } else {
-        self.answer = self.properties[wanted];
+        const auto property = self.properties.find(wanted);
+        return property == self.properties.end() ? nullptr : property->second.c_str();
     }
     return self.answer.c_str();
 }
 
 const char* enum_property(void* instance, const char* first, const char* second)
 {
-    if (shown(first) == "none") {
-        return nullptr;
-    }
     Instance& self = instance_of(instance);
     self.answer = '<' + shown(first) + '|' + shown(second) + '>';
-    return self.answer.c_str();
+    return shown(first) == "none" ? nullptr : self.answer.c_str();
 }
 
 unsigned long invoke(void*, const char* name)
@@ -123,72 +150,26 @@ unsigned long invoke(void*, const char* name)
                                  : command.size();
 }
 
-/// Whether the static objects of the library are gone.
-bool g_StaticsAreGone = false;
-const struct Statics {
-    ~Statics() { g_StaticsAreGone = true; }
-} g_Statics;
+} // extern "C"
 
-void finalize(void* instance)
-{
-    if (g_StaticsAreGone && std::getenv("TEST_NEEDS_STATICS") != nullptr) {
-        std::abort();
-    }
-    write_down("finalize");
-    delete &instance_of(instance);
-}
-
-} // namespace
-
-// What both sets have alike.
-#define COMMON(prefix)                                                                             \
-    void prefix##Finalize(void* i)                                                                 \
-    {                                                                                              \
-        finalize(i);                                                                               \
-    }                                                                                              \
-    void prefix##SetProperty(void* i, const char* a, const char* b)                                \
-    {                                                                                              \
-        set_property(i, a, b);                                                                     \
-    }                                                                                              \
-    const char* prefix##GetProperty(void* i, const char* a)                                        \
-    {                                                                                              \
-        return get_property(i, a);                                                                 \
-    }                                                                                              \
-    const char* prefix##EnumProperty(void* i, const char* a, const char* b)                        \
-    {                                                                                              \
-        return enum_property(i, a, b);                                                             \
-    }
+// Both sets are other names of the functions above.
+#define ENTRY(name, function) extern "C" decltype(name) name __attribute__((alias(#function)))
+#define FIVE_ENTRIES(prefix, function)                                                             \
+    ENTRY(prefix##Initialize, function);                                                           \
+    ENTRY(prefix##Finalize, finalize);                                                             \
+    ENTRY(prefix##SetProperty, set_property);                                                      \
+    ENTRY(prefix##GetProperty, get_property);                                                      \
+    ENTRY(prefix##EnumProperty, enum_property)
 
 #if NEWER > 0
-void* PlgInitialize(void* a, void* b, void* c, void* d, void** instance)
-{
-    write_down(std::string("newer initialize") + (a || b || c || d ? " with arguments" : ""));
-    *instance = create();
-    // Success is any non-zero pointer, one with a zero low half included.
-    return *instance == nullptr ? nullptr : reinterpret_cast<void*>(0x100000000UL);
-}
-COMMON(Plg)
+FIVE_ENTRIES(Plg, initialize_newer);
 #endif
 #if NEWER > 5
-unsigned long PlgInvoke(void* instance, const char* name)
-{
-    return invoke(instance, name);
-}
+ENTRY(PlgInvoke, invoke);
 #endif
-
 #if OLDER > 0
-void* P_Initialize(const char* text, const char* global, const char* local,
-    void (*callback)(const char*, unsigned long))
-{
-    write_down("older initialize " + shown(text) + " " + shown(global) + " " + shown(local)
-        + (callback == nullptr ? " null" : " callback"));
-    return create();
-}
-COMMON(P_)
+FIVE_ENTRIES(P_, initialize_older);
 #endif
 #if OLDER > 5
-unsigned long P_Invoke(void* instance, const char* name)
-{
-    return invoke(instance, name);
-}
+ENTRY(P_Invoke, invoke);
 #endif
