@@ -49,7 +49,8 @@ class Shell(unittest.TestCase):
         with open(read, encoding="ascii") as number:
             self.environment["DISPLAY"] = ":" + number.readline().strip()
         if self.window_manager:
-            self.spawn(["openbox"], env=self.desktop(), stderr=subprocess.DEVNULL)
+            self.spawn(["openbox"], env=self.desktop(), stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL)
             self.until(lambda: "window id" in self.ask("xprop -root _NET_SUPPORTING_WM_CHECK"))
 
     def desktop(self):

@@ -66,7 +66,7 @@ App -    Response [null]
 
     def test_result_file_that_cannot_be_written_is_passed_over(self):
         address = self.page("exit('OK', 'new')")
-        for path in (self.dir, self.dir / "none/result", self.dir / ("x" * 300), ""):
+        for path in (self.dir, self.dir / "none/result", self.dir / ("x" * 300), "/dev/full", ""):
             self.assertIsNone(self.run_host("-url", address, "-store", path))
         self.assertIsNone(self.run_host("-url", address, "-store"))
         older = self.dir / "older"
