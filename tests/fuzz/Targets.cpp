@@ -1,6 +1,7 @@
 // Fuzz targets, one program for each: FUZZ_TARGET names the function below. Each compares with a
 // plain model or checks what must hold for every input, and aborts when it does not.
 #include "bridge/InfoTexts.h"
+#include "util/StringUtil.h"
 #include "util/Utility.h"
 #include "webapp/StartPage.h"
 
@@ -8,7 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
-#include <iterator>
+#include <iostream>
 #include <string>
 
 namespace {
@@ -23,9 +24,7 @@ void require(bool holds)
 /// A copy that ends with its allocation, so that a read beyond it is seen.
 OwnedText exact(const std::string& text)
 {
-    OwnedText copy(new char[text.size() + 1]);
-    std::memcpy(copy.get(), text.c_str(), text.size() + 1);
-    return copy;
+    return OwnedText(tovik::_strnew(text.c_str()));
 }
 
 /// Splits the input at the first NUL.
@@ -60,17 +59,21 @@ void url_decoding(const std::string& input)
 
 void action_urls(const std::string& input)
 {
-    const std::string url = halves(input).first;
+    const auto [url, name] = halves(input);
     const OwnedText uri = exact(url);
+    const std::size_t scheme = url.find("://");
+    const std::string behind = scheme == std::string::npos ? "" : url.substr(scheme + 3);
     const OwnedText action(get_uri_action(uri.get()));
-    require(!action || (*action.get() != 0 && url.find(action.get()) != std::string::npos));
+    require(action ? action.get() == behind.substr(0, behind.find('?')) && *action.get() != 0
+                   : behind.empty() || behind[0] == '?');
     // The item begins behind the first "?", or at the start, or behind a "&".
     const std::string query = "&" + url.substr(url.find('?') + 1);
-    const std::size_t item = query.find("&status=");
-    const OwnedText value(get_uri_argument(uri.get(), "status"));
+    const std::string start = "&" + name + "=";
+    const std::size_t item = name.empty() ? std::string::npos : query.find(start);
+    const OwnedText value(get_uri_argument(uri.get(), name.c_str()));
     require((value != nullptr) == (item != std::string::npos));
     if (value) {
-        const std::string rest = query.substr(item + std::strlen("&status="));
+        const std::string rest = query.substr(item + start.size());
         require(value.get() == decoded_by_steps(rest.substr(0, rest.find('&'))));
     }
 }
@@ -152,21 +155,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     return 0;
 }
 #else
-/// Replays files of seeds, a seed a line with "\0" for NUL: each through every target.
-int main(int argc, char** argv)
+/// Replays a file of seeds, a seed a line with "\0" for NUL: each through every target.
+int main(int, char** argv)
 {
-    for (int i = 1; i < argc; ++i) {
-        std::ifstream file(argv[i]);
-        for (std::string seed; std::getline(file, seed);) {
-            for (std::size_t at = 0; (at = seed.find("\\0", at)) != std::string::npos;) {
-                seed.replace(at, 2, 1, '\0');
-            }
-            for (auto* target :
-                {url_decoding, action_urls, base64, command_lines, info_texts, startup_page}) {
-                target(seed);
-            }
+    std::string seed;
+    for (std::ifstream file(argv[1]); std::getline(file, seed);) {
+        std::cout << seed << std::endl;
+        for (std::size_t at = 0; (at = seed.find("\\0", at)) != std::string::npos;) {
+            seed.replace(at, 2, 1, '\0');
+        }
+        for (auto* target :
+            {url_decoding, action_urls, base64, command_lines, info_texts, startup_page}) {
+            target(seed);
         }
     }
-    return argc > 1 ? 0 : 1;
 }
 #endif
