@@ -99,10 +99,13 @@ class Run(Shell):
 
     def test_entry_admin_splits_its_command_line(self):
         lib = self.install()
-        host = "import ctypes, sys; ctypes.CDLL(sys.argv[1]).EntryAdmin(None, None, sys.argv[2].encode())"
-        line = f'tovik -verbose -title "a b" -url {self.page("exit()")} -store {self.store}'
-        self.start("-store", command=["python3", "-c", host, lib / "libtovikgui.so", line])
-        self.assertEqual(self.finish(), "undefined")
+        host = ("import ctypes, sys; ctypes.CDLL(sys.argv[1]).EntryAdmin(None, None,"
+                " (sys.argv[2] + ' a' * int(sys.argv[3])).encode())")
+        line = f' -title "a b" -url {self.page("exit()")} -store {self.store}'
+        for start, more in (("tovik", "5000000"), ("tovik -verbose", "0")):
+            self.start("-store", command=["python3", "-c", host, lib / "libtovikgui.so",
+                                          start + line, more])
+            self.assertEqual(self.finish(), "undefined")
         self.assertTrue(self.trace.startswith(
             "App - 0: tovik\nApp - 1: -verbose\nApp - 2: -title\nApp - 3: a b\n"), self.trace)
 

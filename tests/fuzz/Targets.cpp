@@ -11,6 +11,7 @@
 #include <fstream>
 #include <iostream>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -95,10 +96,9 @@ void base64(const std::string& input)
             }
         }
     }
-    std::unique_ptr<unsigned char[]> data(new unsigned char[input.size()]);
-    std::memcpy(data.get(), input.data(), input.size());
-    const unsigned long length = base64_decode(data.get(), input.size());
-    require(length == expected.size() && std::memcmp(data.get(), expected.data(), length) == 0);
+    std::vector<unsigned char> data(input.begin(), input.end());
+    const unsigned long length = base64_decode(data.data(), data.size());
+    require(length == expected.size() && std::memcmp(data.data(), expected.data(), length) == 0);
     require(input.empty() || data[length] == 0);
 }
 

@@ -59,20 +59,14 @@ TEST_F(Plugins, BindAWholeSetTheNewerFirst)
     for (const auto& [name, available, initialized, calls] : rows) {
         std::filesystem::remove(m_directory / "log");
         CWrapperPlugin plugin;
-        EXPECT_FALSE(plugin.IsInitialized());
-        EXPECT_EQ(plugin.Available(library(name).c_str()) != nullptr, available);
-        EXPECT_EQ(plugin.IsInitialized(), available) << name;
-        if (available) {
-            const auto initialize = [&plugin] {
-                return plugin.Initialize(
-                    "text", "global", "local", [](const char*, unsigned long) {});
-            };
-            EXPECT_EQ(initialize(), initialized) << name;
-            EXPECT_TRUE(plugin.IsInitialized()) << "a failure leaves the library loaded";
-            if (!initialized) {
-                EXPECT_FALSE(initialize()) << "and may be tried again";
-            }
+        EXPECT_EQ(plugin.Available(library(name).c_str()) != nullptr, available) << name;
+        // A failure leaves the library loaded and may be tried again.
+        for (int attempts = !available ? 0 : initialized ? 1 : 2; attempts > 0; --attempts) {
+            EXPECT_EQ(
+                plugin.Initialize("text", "global", "local", [](const char*, unsigned long) {}),
+                initialized);
         }
+        EXPECT_EQ(plugin.IsInitialized(), available) << name;
         EXPECT_EQ(log(), calls) << name;
     }
 }

@@ -3,6 +3,7 @@
 
 #include "tests/support/TempDirectory.h"
 #include "util/Arguments.h"
+#include "util/StringUtil.h"
 #include "webapp/PageActions.h"
 #include "webapp/ShellState.h"
 #include "webapp/Trace.h"
@@ -10,14 +11,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-OwnedText text_of(const char* text)
-{
-    const std::size_t size = std::string(text).size() + 1;
-    OwnedText copy(new char[size]);
-    std::copy(text, text + size, copy.get());
-    return copy;
-}
 
 /// Makes the process arguments those of a command line, for the life of this object.
 class ProcessArguments {
@@ -46,7 +39,9 @@ TEST(StartupArgument, IsWrittenIntoTheFirstEmptyLiteral)
             {"STARTUP_ARG \"", "q", "STARTUP_ARG \""}, {"STARTUP_ARG \"\"", "", "STARTUP_ARG \"\""},
             {"STARTUP_ARG \"\"", "\"%\\", "STARTUP_ARG \"\"%\\\""}, {"", "q", ""}};
     for (const auto& [page, query, filled] : rows) {
-        EXPECT_STREQ(wa_insert_startup_argument(text_of(page), query).get(), filled) << page;
+        EXPECT_STREQ(
+            wa_insert_startup_argument(OwnedText(tovik::_strnew(page)), query).get(), filled)
+            << page;
     }
 }
 
