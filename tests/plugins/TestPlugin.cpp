@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -12,6 +13,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -144,6 +146,10 @@ unsigned long invoke(void*, const char* name)
         std::this_thread::sleep_for(std::chrono::hours(1));
     } else if (command == "exit") {
         std::_Exit(0);
+    } else if (command == "close") {
+        close(1);
+    } else if (command == "kill") {
+        kill(0, SIGTERM);
     }
     return command == "all ones" ? 0xFFFFFFFFUL
         : command == "long"      ? 0x700000005UL
