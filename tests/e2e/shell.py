@@ -63,9 +63,9 @@ class Shell(unittest.TestCase):
         self.addCleanup(process.kill)
         return process
 
-    def until(self, condition):
+    def until(self, condition, patience=PATIENCE):
         """Waits until the condition holds and returns its value."""
-        deadline = time.monotonic() + PATIENCE
+        deadline = time.monotonic() + patience
         while not (value := condition()):
             self.assertLess(time.monotonic(), deadline, "waited in vain")
             time.sleep(0.02)

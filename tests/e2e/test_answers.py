@@ -64,12 +64,3 @@ App -    Response [null]
                 self.environment["G_DEBUG"] = "" if value == binary else "fatal-criticals"
                 with self.subTest(option, value=value[:9]):
                     self.assertEqual(self.run_host("-url", address, option, value), "alive")
-
-
-class Closing(Shell):
-    window_manager = True
-
-    def test_closing_the_window_cancels(self):
-        self.start("-url", self.page(""))
-        self.close_window()
-        self.assertEqual(self.finish(), "CKR_CANCEL")

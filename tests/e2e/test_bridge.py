@@ -35,7 +35,6 @@ CALLS = [
     ("Tovik.EnumProperty(999999999999999, -9999999999999)", "<999999999999999|-9999999999999>"),
     ("Tovik.EnumProperty(1234567890123456, -99999999999999)", "<234567890123456|>"),
     ("Tovik.EnumProperty('é€\\u{1f600}', 'a\\0b')", "<é€\U0001f600|a>"),
-    ("Tovik.EnumProperty('x\\ud800y', '').startsWith('<')", True),
     ("Tovik.EnumProperty('x'.repeat(999), 'x'.repeat(999) + 'é')", f"<{'x' * 999}|{'x' * 999}é>"),
     ("Tovik.EnumProperty('', 'x'.repeat(200) + '\\0y')", f"<|{'x' * 200}>"),
     ("Tovik.Invoke()", 0),

@@ -82,9 +82,5 @@ class LongFaults(Shell):
         address = self.page(ALIVE)
         for _ in range(100):
             self.assertEqual(self.run_host("-url", address), "alive")
-        deadline = time.monotonic() + 3
-        while left := self.ask(f"grep -lszx HOME={self.dir} /proc/[0-9]*/environ | grep -cvE "
-                               "'self|Xvfb'").strip() != "0" and time.monotonic() < deadline:
-            time.sleep(0.1)
-        self.assertFalse(left)
+        self.until(lambda: not any(self.engine_processes()), 3)
 

@@ -6,13 +6,13 @@ import unittest
 from server import serve
 from shell import BUILD, PRELUDE, SANITIZER, SOURCE, Shell
 
-COUNT = PRELUDE + ("fetch('/count').then(r => r.text()).then(text => %s exit('OK', text"
-                   " + location.search))</script>")
+COUNT = PRELUDE + ("fetch('/count').then(r => r.text())"
+                   ".then(text => exit('OK', text + location.search))</script>")
 
 
 class Run(Shell):
     def test_server_sees_user_agent_and_query(self):
-        address = serve(self, COUNT % "")
+        address = serve(self, COUNT)
         own = ("-useragent", "Own/1.0")
         for arguments, result in [
                 (("-url", address + "/page", *own), "1 Own/1.0"),
@@ -36,12 +36,6 @@ class Run(Shell):
         certificate.write_text(certificate.read_text() + key.read_text())
         address = serve(self, PRELUDE + "exit('OK', location.protocol)</script>", certificate)
         self.assertEqual(self.run_host("-url", address), "https:")
-
-    def test_restart_runs_the_program_anew_with_its_arguments(self):
-        address = serve(self, COUNT % "text.startsWith('1 ') ? location = 'tvk://restart' :")
-        self.run_host("-url", address + "/page?x", "-useragent", "Own/1.0")
-        self.assertEqual(self.until(lambda: self.store.exists() and self.store.read_text()),
-                         "2 Own/1.0?x")
 
     def test_reload_ends_the_run_only_for_a_redirect(self):
         self.page("location = 'tvk://reload'", "other.html")

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <map>
@@ -20,11 +19,8 @@ namespace {
 /// Appends a line to the file that the environment names, which outlives every process.
 void write_down(const std::string& line)
 {
-    const char* path = std::getenv("TEST_PLUGIN_LOG");
-    FILE* log = path == nullptr ? nullptr : std::fopen(path, "a");
-    if (log != nullptr) {
-        std::fprintf(log, "%s\n", line.c_str());
-        std::fclose(log);
+    if (const char* path = std::getenv("TEST_PLUGIN_LOG")) {
+        std::ofstream(path, std::ios::app) << line + '\n';
     }
 }
 
@@ -38,10 +34,8 @@ struct Instance {
     std::string answer;
 };
 
-#ifdef FAILING
-constexpr bool kFails = true;
-#else
-constexpr bool kFails = false;
+#ifndef FAILING
+#define FAILING 0
 #endif
 
 Instance& instance_of(void* instance)
@@ -62,9 +56,9 @@ extern "C" {
 void* initialize_newer(void* a, void* b, void* c, void* d, void** instance)
 {
     write_down(std::string("newer initialize") + (a || b || c || d ? " with arguments" : ""));
-    *instance = kFails ? nullptr : new Instance;
+    *instance = FAILING ? nullptr : new Instance;
     // Success is any non-zero pointer, one with a zero low half included.
-    return kFails ? nullptr : reinterpret_cast<void*>(0x100000000UL);
+    return FAILING ? nullptr : reinterpret_cast<void*>(0x100000000UL);
 }
 
 void* initialize_older(const char* text, const char* global, const char* local,
@@ -72,7 +66,7 @@ void* initialize_older(const char* text, const char* global, const char* local,
 {
     write_down("older initialize " + shown(text) + " " + shown(global) + " " + shown(local)
         + (callback == nullptr ? " null" : " callback"));
-    return kFails ? nullptr : new Instance;
+    return FAILING ? nullptr : new Instance;
 }
 
 void finalize(void* instance)
@@ -159,6 +153,7 @@ unsigned long invoke(void*, const char* name)
 } // extern "C"
 
 // Both sets are other names of the functions above.
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a name stands without them where it is declared
 #define ENTRY(name, function) extern "C" decltype(name) name __attribute__((alias(#function)))
 #define FIVE_ENTRIES(prefix, function)                                                             \
     ENTRY(prefix##Initialize, function);                                                           \
