@@ -16,6 +16,10 @@
 
 namespace {
 
+/// Of the memory that both processes see: the text of the step, and the findings behind it.
+constexpr std::size_t kStepCapacity = 256;
+constexpr std::size_t kMemory = std::size_t {1} << 27U;
+
 constexpr char kEnd[] = "the end of the process (static objects, or finalising behind them)";
 
 [[noreturn]] void fail(const char* what)
@@ -23,13 +27,14 @@ constexpr char kEnd[] = "the end of the process (static objects, or finalising b
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-[[noreturn]] void run_child(int copy, Step& step, const std::function<void(Step&, Report&)>& work)
+[[noreturn]] void run_child(Step& step, const std::function<void(Step&, Report&)>& work)
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
+    setpgid(0, 0);
     const rlimit noCore = {};
     setrlimit(RLIMIT_CORE, &noCore);
     dup2(STDERR_FILENO, STDOUT_FILENO);
-    Report report(copy);
+    Report report(step.findings());
     work(step, report);
     step.begin(kEnd);
     std::exit(0); // NOLINT(concurrency-mt-unsafe): what plug-ins do at exit is part of the work
@@ -47,6 +52,7 @@ std::string end_of(pid_t child, unsigned int seconds, const Step& step)
     }
     if (ready == 0) {
         kill(child, SIGKILL);
+        kill(-child, SIGKILL);
     }
     int status = 0;
     waitpid(child, &status, 0);
@@ -67,10 +73,10 @@ std::string end_of(pid_t child, unsigned int seconds, const Step& step)
 } // namespace
 
 Step::Step()
-    : m_text(static_cast<char*>(
-        mmap(nullptr, kCapacity, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)))
+    : m_memory(static_cast<char*>(mmap(nullptr, kMemory, PROT_READ | PROT_WRITE,
+        MAP_SHARED | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0)))
 {
-    if (m_text == MAP_FAILED) {
+    if (m_memory == MAP_FAILED) {
         fail("mmap");
     }
     begin("the start of the process");
@@ -78,37 +84,37 @@ Step::Step()
 
 Step::~Step()
 {
-    munmap(m_text, kCapacity);
+    munmap(m_memory, kMemory);
 }
 
 void Step::begin(const std::string& what)
 {
-    std::snprintf(m_text, kCapacity, "%s", what.c_str());
+    std::snprintf(m_memory, kStepCapacity, "%s", what.c_str());
 }
 
 std::string Step::current() const
 {
-    return {m_text, strnlen(m_text, kCapacity)};
+    return {m_memory, strnlen(m_memory, kStepCapacity)};
+}
+
+std::span<char> Step::findings() const
+{
+    return {m_memory + kStepCapacity, kMemory - kStepCapacity};
 }
 
 std::string run_in_child(
     unsigned int seconds, Report& report, const std::function<void(Step&, Report&)>& work)
 {
     Step step;
-    const int copy = memfd_create("findings", MFD_CLOEXEC);
-    if (copy < 0) {
-        fail("memfd_create");
-    }
     std::fflush(nullptr);
     const pid_t child = fork();
     if (child == 0) {
-        run_child(copy, step, work);
+        run_child(step, work);
     }
     if (child < 0) {
         fail("fork");
     }
     std::string end = end_of(child, seconds, step);
-    report.add_copy(copy);
-    close(copy);
+    report.add_copy(step.findings());
     return end;
 }

@@ -5,9 +5,11 @@
 #include "tools/Report.h"
 
 #include <functional>
+#include <span>
 #include <string>
 
-/// What the child is doing, in memory that both processes see.
+/// What the child is doing and has found, in memory that both processes see: foreign code may close
+/// any descriptor.
 class Step {
 public:
     Step();
@@ -20,13 +22,16 @@ public:
 
     std::string current() const;
 
+    /// Zeroes, for the copy of the report.
+    std::span<char> findings() const;
+
 private:
-    static constexpr std::size_t kCapacity = 256;
-    char* m_text;
+    char* m_memory;
 };
 
 /// Runs `work` in a child process that ends by exit(), and adds to `report` what it reported until
-/// then. Its standard output goes to standard error. Returns the empty string, or how it ended
+/// then. Its standard output goes to standard error, and it leads a process group of its own, so
+/// that it signals and leaves behind nobody else. Returns the empty string, or how it ended
 /// instead and in which step: by a signal, with a status of its own, or not within `seconds`.
 std::string run_in_child(
     unsigned int seconds, Report& report, const std::function<void(Step&, Report&)>& work);

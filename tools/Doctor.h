@@ -3,7 +3,16 @@
 
 #include "tools/Report.h"
 
+#include <filesystem>
 #include <string>
+
+/// Whether there is such a file. One that the system does not let us look at, or whose name is too
+/// long for it, is not there.
+inline bool is_there(const std::filesystem::path& file)
+{
+    std::error_code none;
+    return std::filesystem::exists(file, none);
+}
 
 /// The installation: the program, the library, and what the rooms make of their places.
 /// program  path with which the product is started; also the first word of this process's command

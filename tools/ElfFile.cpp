@@ -17,6 +17,12 @@ template <typename Record> bool read_at(std::ifstream& file, std::uint64_t offse
     return bool(file.read(reinterpret_cast<char*>(&record), sizeof record));
 }
 
+/// Whether a file of this size has `length` bytes at `offset`, of which the sum may wrap around.
+bool holds(std::uint64_t size, std::uint64_t offset, std::uint64_t length)
+{
+    return offset <= size && length <= size - offset;
+}
+
 /// Whether the file is of the architecture of this program.
 bool is_of_this_machine(const Header& header)
 {
@@ -61,10 +67,10 @@ std::string elf_fault(const std::string& path)
     for (unsigned int i = 0; i < header.e_phnum; ++i) {
         Segment segment = {};
         if (!read_at(file, header.e_phoff + std::uint64_t {i} * header.e_phentsize, segment)
-            || segment.p_offset + segment.p_filesz > size) {
+            || !holds(size, segment.p_offset, segment.p_filesz)) {
             return kCut;
         }
     }
     const std::uint64_t sections = std::uint64_t {header.e_shnum} * header.e_shentsize;
-    return header.e_shoff + sections > size ? kCut : "";
+    return holds(size, header.e_shoff, sections) ? "" : kCut;
 }

@@ -59,7 +59,7 @@ std::string versioned_names(const fs::path& module)
 void examine_library(Report& report)
 {
     const std::string& module = g_Witness.module;
-    if (!fs::exists(module)) {
+    if (!is_there(module)) {
         const std::string versioned = versioned_names(module);
         report.wrong("library",
             versioned.empty() ? "there is no " + module + "; install it"
@@ -95,7 +95,7 @@ void examine_brand(Report& report)
 
 void examine_config(Report& report, const char* which, const std::string& path)
 {
-    if (path.empty() || fs::exists(path)) {
+    if (path.empty() || is_there(path)) {
         report.ok(which, path.empty() ? "none" : path);
     } else {
         report.wrong(which, "there is no " + path + "; correct -config");
@@ -167,7 +167,7 @@ std::string examine_extension_directory(Report& report)
                   "beside the library, or give -root");
         return "";
     }
-    if (!fs::is_directory(directory)) {
+    if (!is_there(directory + "/.")) {
         report.wrong("extension directory", directory + " is no directory; correct -root");
         return "";
     }
@@ -184,7 +184,7 @@ void examine_web_process(Report& report, const std::string& library, const std::
     const bool hasRoot = osGetModuleRoot(root, sizeof root);
     const std::string path = (hasRoot ? root : "") + ("lib" + brand_name() + ".so");
     g_Witness.module = ours;
-    if (!fs::exists(path)) {
+    if (!is_there(path)) {
         report.wrong(
             "plug-in for pages", "there is no " + path + "; put the plug-in beside the library");
     } else if (!other.empty() && !is_same_file(path, other)) {
@@ -198,7 +198,8 @@ void examine_web_process(Report& report, const std::string& library, const std::
 void examine_root(Report& report)
 {
     const char* root = nullptr;
-    if (wa_get_argument("-root", &root) != 0 && !std::string_view(root).ends_with('/')) {
+    if (wa_get_argument("-root", &root) != 0 && *root != 0
+        && !std::string_view(root).ends_with('/')) {
         report.wrong("root",
             std::string(root)
                 + " does not end in \"/\", so that pages are looked "
@@ -211,14 +212,13 @@ void examine_root(Report& report)
 void examine_installation(const std::string& program, Report& report)
 {
     char path[kPathCapacity];
-    std::error_code none;
-    const fs::path canonical = fs::weakly_canonical(program, none);
-    if (!osGetApplicationPath(path, sizeof path) || canonical != path) {
+    const fs::path own = is_there(program) ? fs::canonical(program) : fs::path(program);
+    if (!osGetApplicationPath(path, sizeof path) || own != path) {
         report.wrong("program",
             "the layout takes " + std::string(path) + " for " + program
                 + ": it reads the path up to the first space, 259 bytes at most; install "
                   "elsewhere");
-    } else if (!fs::exists(program)) {
+    } else if (!is_there(program)) {
         report.note("program", "there is no " + program + "; the places are told as if there were");
     } else {
         report.ok("program", path);
@@ -238,7 +238,7 @@ void examine_plugin_files(Report& report)
         report.wrong("plug-in",
             "no file of the installation, so the loader is asked for libtovik.so" + behind
                 + "; install lib" + brand_name() + ".so beside the library");
-    } else if (!fs::exists(plugin)) {
+    } else if (!is_there(plugin)) {
         report.wrong("plug-in", "there is no " + plugin + "; correct -plugin");
     } else {
         report.ok("plug-in", plugin + behind);

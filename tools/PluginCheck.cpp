@@ -4,8 +4,10 @@
 #include "tools/EntryPoints.h"
 #include "util/Arguments.h"
 
+#include <array>
 #include <cstring>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <filesystem>
 
 namespace {
@@ -248,9 +250,23 @@ void Examination::run()
     }
 }
 
+/// Which of the standard streams are open.
+std::array<bool, 3> open_streams()
+{
+    std::array<bool, 3> open = {};
+    for (std::size_t i = 0; i < open.size(); ++i) {
+        open[i] = fcntl(static_cast<int>(i), F_GETFD) >= 0;
+    }
+    return open;
+}
+
 } // namespace
 
 void check_plugin(const Product& product, const std::string& path, Step& step, Report& report)
 {
+    const std::array<bool, 3> open = open_streams();
     Examination(product, path, step, report).run();
+    if (open_streams() != open) {
+        report.wrong("streams", "closes the standard input, output or error of the process");
+    }
 }

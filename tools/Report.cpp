@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <unistd.h>
 
 namespace {
 
@@ -64,41 +63,23 @@ std::string json_member(std::string_view name, std::string_view value)
 void Report::add(Level level, std::string_view subject, std::string_view text)
 {
     m_findings.push_back({level, printable(subject), printable(text)});
-    if (m_copy < 0) {
-        return;
-    }
     const Finding& made = m_findings.back();
     std::string record(1, static_cast<char>(level));
     record += made.subject + '\0' + made.text + '\0';
-    for (std::size_t written = 0; written < record.size();) {
-        const ssize_t more = write(m_copy, record.data() + written, record.size() - written);
-        if (more <= 0) {
-            return;
-        }
-        written += static_cast<std::size_t>(more);
+    if (record.size() < m_copy.size()) { // a zero stays behind the last one
+        std::copy(record.begin(), record.end(), m_copy.begin());
+        m_copy = m_copy.subspan(record.size());
     }
 }
 
-void Report::add_copy(int copy)
+void Report::add_copy(std::span<const char> copy)
 {
-    std::string records;
-    char block[4096];
-    ssize_t length = 0;
-    lseek(copy, 0, SEEK_SET);
-    while ((length = read(copy, block, sizeof block)) > 0) {
-        records.append(block, static_cast<std::size_t>(length));
-    }
-    for (std::size_t start = 0; start < records.size();) {
-        const std::size_t middle = records.find('\0', start);
-        const std::size_t end
-            = middle == std::string::npos ? middle : records.find('\0', middle + 1);
-        if (end == std::string::npos) {
-            return; // the process ended while it wrote this one
-        }
-        m_findings.push_back(
-            {static_cast<Level>(records[start]), records.substr(start + 1, middle - start - 1),
-                records.substr(middle + 1, end - middle - 1)});
-        start = end + 1;
+    for (const char* at = copy.data(); *at != 0;) {
+        const auto level = static_cast<Level>(*at);
+        const std::string subject = at + 1;
+        at += 1 + subject.size() + 1;
+        m_findings.push_back({level, subject, at});
+        at += m_findings.back().text.size() + 1;
     }
 }
 
@@ -138,6 +119,11 @@ std::string Report::json(std::string_view name, std::string_view value) const
     object += json_member(name, printable(value)) + ", \"wrong\": ";
     object += any_wrong() ? "true" : "false";
     return object + ", \"findings\": [" + list + "\n]}\n";
+}
+
+bool print(const std::string& text)
+{
+    return std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
 }
 
 bool is_utf8(std::string_view text)

@@ -1,6 +1,7 @@
 // Report.h: what a tool finds, one line each, as text or as JSON.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,9 +17,9 @@ struct Finding {
 /// Collects findings in their order.
 class Report {
 public:
-    /// copy  descriptor of a file that every finding is also written to at once, for a process
-    ///       that may not live to hand its report over; -1 for none
-    explicit Report(int copy = -1)
+    /// copy  zeroes that every finding is also written to at once, for a process that may not live
+    ///       to hand its report over; empty for none
+    explicit Report(std::span<char> copy = {})
         : m_copy(copy)
     {
     }
@@ -32,7 +33,7 @@ public:
     }
 
     /// Adds the findings that a report with this copy wrote to it.
-    void add_copy(int copy);
+    void add_copy(std::span<const char> copy);
 
     bool any_wrong() const;
 
@@ -47,8 +48,11 @@ public:
 
 private:
     std::vector<Finding> m_findings;
-    int m_copy;
+    std::span<char> m_copy; // what is left of it
 };
+
+/// Writes to standard output; false when that fails.
+bool print(const std::string& text);
 
 /// Whether the bytes are UTF-8.
 bool is_utf8(std::string_view text);

@@ -7,6 +7,7 @@
 #include "webapp/StartPage.h"
 #include "webapp/Window.h"
 
+#include <cerrno>
 #include <dlfcn.h>
 #include <filesystem>
 #include <unistd.h>
@@ -105,7 +106,7 @@ void examine_start_page(const Options& options, Report& report)
     const std::string places = places_looked_at();
     const std::string found = g_URL ? g_URL.get() : "";
     std::string file = found.starts_with("file://") ? found.substr(7) : "";
-    if (!fs::exists(file)) {
+    if (!is_there(file)) {
         file.resize(std::min(file.size(), file.find_first_of("?#")));
     }
     if (url.starts_with("res://")) {
@@ -114,7 +115,7 @@ void examine_start_page(const Options& options, Report& report)
             url + (isPage ? " from the plug-in" : " is no page of the plug-in; correct -url"));
     } else if (found.empty()) {
         report.wrong("start page", "no " + url + "; " + places + "; install it or correct -url");
-    } else if (!file.empty() && url.find("://") != std::string::npos && !fs::exists(file)) {
+    } else if (!file.empty() && url.find("://") != std::string::npos && !is_there(file)) {
         report.wrong("start page", "there is no " + file + "; correct -url");
     } else {
         report.ok("start page", found + (places.empty() ? "" : "; " + places));
@@ -128,7 +129,7 @@ void examine_icon(const Options& options, Report& report)
         const OwnedText found(wa_gui_icon_path());
         const std::string places = places_looked_at();
         report.ok("icon", (found ? found.get() : "none") + ("; " + places));
-    } else if (given == "none" || fs::exists(given)) {
+    } else if (given == "none" || is_there(given)) {
         report.ok("icon", given);
     } else {
         report.wrong("icon", "there is no " + given + "; correct -icon");
@@ -148,9 +149,9 @@ void examine_store(const Options& options, Report& report)
         return;
     }
     const fs::path directory = store.has_parent_path() ? store.parent_path() : ".";
-    const bool writable = fs::exists(store)
-        ? !fs::is_directory(store) && access(store.c_str(), W_OK) == 0
-        : access(directory.c_str(), W_OK | X_OK) == 0;
+    const bool writable = access(store.c_str(), W_OK) == 0
+        ? !fs::is_directory(store)
+        : errno == ENOENT && access(directory.c_str(), W_OK | X_OK) == 0;
     report.add(writable ? Level::ok : Level::wrong, "answer",
         store.native() + (writable ? "" : " cannot be written; correct -store"));
 }

@@ -39,7 +39,7 @@ void examine_surroundings(Report& report)
     } else {
         report.ok("sandbox", "not forced");
     }
-    if (!fs::exists(kNvidiaModuleFile) && !fs::exists("/sys/module/nvidia")) {
+    if (!is_there(kNvidiaModuleFile) && !is_there("/sys/module/nvidia")) {
         report.ok("graphics driver", "no NVIDIA module");
     } else if (is_on("WEBKIT_DISABLE_DMABUF_RENDERER")) {
         report.ok("graphics driver", "NVIDIA module, and the DMA-BUF renderer is switched off");

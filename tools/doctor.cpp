@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int kFindings = 1;
-constexpr int kUsageError = 2;
+constexpr int kCannotTell = 2;
 constexpr unsigned int kPluginSeconds = 20;
 constexpr std::uint32_t kNoTrace = 2; // see g_Verbose
 
@@ -31,7 +31,7 @@ places it looks at, and what is wrong with it.
   --library PATH  the library of the product (default: that of this installation)
   --program PATH  the program that loads it (default: bin/NAME for lib/libNAMEgui.so)
 
-Exit status: 0 nothing is wrong; 1 something is; 2 these words are not understood.
+Exit status: 0 nothing is wrong; 1 something is; 2 it could not be told.
 )";
 
 /// Marks the second start, which has the product's program as its first word.
@@ -40,7 +40,7 @@ constexpr char kExamine[] = "--examine";
 int usage_error(const char* word)
 {
     std::fprintf(stderr, "tovik-doctor: %s needs a path; see tovik-doctor --help\n", word);
-    return kUsageError;
+    return kCannotTell;
 }
 
 /// Program beside the library's directory that loads the library of this name, lib<name>gui.so.
@@ -71,7 +71,10 @@ int examine(const std::string& program)
         }
     }
     examine_surroundings(report);
-    std::fputs(report.plain().c_str(), stdout);
+    if (!print(report.plain())) {
+        std::fprintf(stderr, "tovik-doctor: the findings cannot be written\n");
+        return kCannotTell;
+    }
     return report.any_wrong() ? kFindings : 0;
 }
 
@@ -87,7 +90,7 @@ int start_anew(const std::string& library, std::string program, char** options)
     words.push_back(nullptr);
     execv("/proc/self/exe", words.data());
     std::perror("tovik-doctor: /proc/self/exe");
-    return kUsageError;
+    return kCannotTell;
 }
 
 int run(int argc, char** argv)
@@ -101,7 +104,7 @@ int run(int argc, char** argv)
         if (!names_library && std::strcmp(argv[next], "--program") != 0) {
             break;
         }
-        if (next + 1 == argc) {
+        if (next + 1 == argc || *argv[next + 1] == 0) {
             return usage_error(argv[next]);
         }
         (names_library ? library : program) = fs::absolute(argv[next + 1]).lexically_normal();
@@ -133,6 +136,6 @@ int main(int argc, char** argv)
         return examine(arguments[0]);
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "tovik-doctor: %s\n", failure.what());
-        return kUsageError;
+        return kCannotTell;
     }
 }

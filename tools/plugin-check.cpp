@@ -90,7 +90,9 @@ int run(const Options& options)
     Report report;
     examine(options, product, report);
     const std::string text = options.json ? report.json("plugin", options.plugin) : report.plain();
-    std::fputs(text.c_str(), stdout);
+    if (!print(text)) {
+        return cannot_check("the findings cannot be written");
+    }
     return report.any_wrong() ? kFindings : 0;
 }
 

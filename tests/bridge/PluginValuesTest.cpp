@@ -7,107 +7,18 @@
 #include "webapp/ShellState.h"
 
 #include <gtest/gtest.h>
-#include <tuple>
 
 namespace {
 
-class PluginUser : public testing::Test {
-protected:
-    ~PluginUser() override
-    {
-        wa_FreePlugin();
-        g_ARGC = 0;
-        g_Verbose = 0;
-    }
-
-    /// Makes the process arguments those of a command line, with tracing on.
-    void set_arguments(const std::string& commandLine)
-    {
-        m_list.reset(alloc_argument_list(commandLine.c_str(), &g_ARGC));
-        g_ARGV = m_list.get();
-        g_Verbose = 1;
-    }
-
-    /// What wa_GetPlugin() traces.
-    static std::string traced()
-    {
-        testing::internal::CaptureStdout();
-        wa_GetPlugin();
-        return testing::internal::GetCapturedStdout();
-    }
-
-    OwnedList m_list;
-    TempDirectory m_directory;
-};
-
-std::string brand()
+/// Makes the process arguments those of a command line.
+void set_arguments(const std::string& options)
 {
-    char name[8];
-    return osGetBrandName(name, sizeof name) ? name : "";
+    static OwnedList list;
+    list.reset(alloc_argument_list(("tovik " + options).c_str(), &g_ARGC));
+    g_ARGV = list.get();
 }
 
 } // namespace
-
-TEST_F(PluginUser, FindsThePluginByTheOptions)
-{
-    const std::string newer = PLUGINS "/newer/libtovik.so";
-    const std::string root = m_directory.path();
-    const std::string library = root + "/lib" + brand() + ".so";
-    const std::string config = m_directory.write(brand() + ".conf", "");
-    const std::string path = m_directory.path().string() + "/";
-    const std::string fits = path + std::string(259 - path.size(), 'x');
-    const auto lines
-        = [](const std::string& found, const std::string& global, const std::string& local) {
-              return "App - Library: " + found + "\nApp - Config global: " + global
-                  + "\nApp - Config local: " + local + "\n";
-          };
-    const std::string yes = "App - Plugin available: YES\n";
-    const std::tuple<std::string, std::string> rows[]
-        = {{"-plugin " + newer + " -root " + root, lines(newer, "", "") + yes},
-            {"-root " + root, lines("", config, "") + yes}, // by the loader's search
-            {"-plugin -root " + root + "/ -config " + fits, lines("", config, fits) + yes},
-            {"-config " + fits + "x", lines("", "", "") + yes},
-            {"-plugin " + fits + "x -root " + root, lines("", "", "") + yes}};
-    for (const auto& [options, expected] : rows) {
-        set_arguments("tovik " + options);
-        EXPECT_EQ(traced(), expected) << options;
-        wa_FreePlugin();
-    }
-    std::filesystem::copy_file(newer, library);
-    for (const std::string& given : {root, root + "/"}) {
-        set_arguments("tovik -root " + given);
-        EXPECT_EQ(traced(), lines(library, config, "") + yes);
-        EXPECT_EQ(traced(), "") << "found once";
-        wa_FreePlugin();
-        wa_FreePlugin();
-    }
-    // A root of 244 bytes is the longest one that is looked at.
-    const std::string slashes = root + std::string(244 - root.size(), '/');
-    set_arguments("tovik -root " + slashes);
-    EXPECT_NE(traced().find(slashes + "lib" + brand() + ".so\n"), std::string::npos);
-    wa_FreePlugin();
-    set_arguments("tovik -root " + slashes + "/");
-    EXPECT_EQ(traced(), lines("", "", "") + yes);
-    wa_FreePlugin();
-    set_arguments("tovik -plugin " PLUGINS "/failing/libtovik.so");
-    const std::string failed = lines(PLUGINS "/failing/libtovik.so", "", "");
-    EXPECT_EQ(traced(), failed + "App - Plugin available: NO\n");
-    EXPECT_EQ(traced(), failed + "App - Plugin available: NO\n") << "and tries again";
-}
-
-TEST_F(PluginUser, SaysWhyThereIsNone)
-{
-    set_arguments("tovik -plugin /none/libtovik.so");
-    char buffer[64] = "unset";
-    EXPECT_FALSE(wa_user_agent_info(buffer, sizeof buffer));
-    EXPECT_STREQ(buffer, "");
-    EXPECT_EQ(wa_load_url_resource("res://page"), nullptr);
-    EXPECT_NE(
-        traced().find("App - Plugin missing: /none/libtovik.so: cannot open"), std::string::npos);
-    EXPECT_NE(traced().find("Plugin missing"), std::string::npos) << "each call tries again";
-    set_arguments("tovik -plugin " PLUGINS "/five/libtovik.so");
-    EXPECT_NE(traced().find("App - Plugin missing: \n"), std::string::npos);
-}
 
 TEST(InfoTexts, AreCutToTwoNumbers)
 {
@@ -137,13 +48,16 @@ TEST(InfoTexts, AreCutToTwoNumbers)
     EXPECT_TRUE(wa_format_client_info("Product;abc;0612,", buffer, 16));
 }
 
-TEST_F(PluginUser, TakesAUserAgentIdThatFitsHalfTheBuffer)
+TEST(Plugin, GivesAUserAgentIdThatFitsHalfTheBuffer)
 {
-    set_arguments("tovik -plugin " PLUGINS "/newer/libtovik.so");
-    g_Verbose = 2;
+    char buffer[64] = "unset";
+    set_arguments("-plugin /none/libtovik.so");
+    EXPECT_FALSE(wa_user_agent_info(buffer, sizeof buffer));
+    EXPECT_STREQ(buffer, "");
+    EXPECT_EQ(wa_load_url_resource("res://page"), nullptr);
+    set_arguments("-plugin " PLUGINS "/newer/libtovik.so");
     setenv("TEST_ProductInfo", "Product;abc;0612,xyz", 1);
     setenv("TEST_Web_page", "PHA+aGk8L3A+", 1);
-    char buffer[64] = "unset";
     for (const auto& [length, fits] : {std::pair(31, true), std::pair(32, false)}) {
         setenv("TEST_UserAgentId", std::string(length, 'x').c_str(), 1);
         EXPECT_EQ(wa_user_agent_info(buffer, sizeof buffer), fits) << "no way to ProductInfo";
@@ -159,4 +73,52 @@ TEST_F(PluginUser, TakesAUserAgentIdThatFitsHalfTheBuffer)
     int count = 7;
     EXPECT_EQ(wa_load_argument_list(&count), nullptr);
     EXPECT_EQ(count, 7);
+    wa_FreePlugin();
+}
+
+TEST(Plugin, IsFoundByTheOptionsAndOnce)
+{
+    const TempDirectory directory;
+    char brand[8];
+    ASSERT_TRUE(osGetBrandName(brand, sizeof brand));
+    const std::string name = std::string("lib") + brand + ".so";
+    const std::string newer = PLUGINS "/newer/libtovik.so";
+    const std::string failing = PLUGINS "/failing/libtovik.so";
+    const std::string root = directory.path(), full = root + "/full";
+    const std::string config = directory.write(std::string(brand) + ".conf", "");
+    directory.write("full/" + name, contents_of(newer));
+    const std::string fits = root + "/" + std::string(258 - root.size(), 'x');
+    // A root of 244 bytes is the longest one that is looked at.
+    const std::string slashes = full + std::string(244 - full.size(), '/');
+    const std::string yes = "App - Plugin available: YES\n", no = "App - Plugin available: NO\n";
+    const std::string missing = "App - Plugin missing: ";
+    const std::string none = "/none/libtovik.so", five = PLUGINS "/five/libtovik.so";
+    const struct {
+        std::string options, library, globalConfig, localConfig, result;
+    } rows[] = {{"-plugin " + newer + " -root " + root, newer, "", "", yes},
+        {"-root " + root, "", config, "", yes}, // by the loader's search
+        {"-plugin -root " + root + "/ -config " + fits, "", config, fits, yes},
+        {"-config " + fits + "x", "", "", "", yes},
+        {"-plugin " + fits + "x -root " + root, "", "", "", yes},
+        {"-root " + full, full + "/" + name, "", "", yes},
+        {"-root " + full + "/", full + "/" + name, "", "", yes},
+        {"-root " + slashes, slashes + name, "", "", yes},
+        {"-root " + slashes + "/", "", "", "", yes},
+        {"-plugin " + five, five, "", "", missing + "\n"},
+        {"-plugin " + none, none, "", "",
+            missing + none + ": cannot open shared object file: No such file or directory\n"},
+        {"-plugin " + failing, failing, "", "", no}}; // stays loaded
+    for (const auto& [options, library, globalConfig, localConfig, result] : rows) {
+        set_arguments(options);
+        g_Verbose = 1;
+        testing::internal::CaptureStdout();
+        const bool found = wa_GetPlugin() != nullptr;
+        wa_GetPlugin(); // tries again only where there was none
+        const std::string expected = "App - Library: " + library + "\nApp - Config global: "
+            + globalConfig + "\nApp - Config local: " + localConfig + "\n" + result;
+        EXPECT_EQ(
+            testing::internal::GetCapturedStdout(), expected + (result == yes ? "" : expected));
+        EXPECT_EQ(found, result == yes) << options;
+        wa_FreePlugin();
+    }
 }

@@ -49,7 +49,8 @@ class Shell(unittest.TestCase):
         with open(read, encoding="ascii") as number:
             self.environment["DISPLAY"] = ":" + number.readline().strip()
         if self.window_manager:
-            self.spawn(["openbox"], env=self.desktop(), stderr=subprocess.DEVNULL)
+            self.spawn(["openbox"], env=self.desktop(), stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL)
             self.until(lambda: "window id" in self.ask("xprop -root _NET_SUPPORTING_WM_CHECK"))
 
     def desktop(self):
@@ -62,9 +63,9 @@ class Shell(unittest.TestCase):
         self.addCleanup(process.kill)
         return process
 
-    def until(self, condition):
+    def until(self, condition, patience=PATIENCE):
         """Waits until the condition holds and returns its value."""
-        deadline = time.monotonic() + PATIENCE
+        deadline = time.monotonic() + patience
         while not (value := condition()):
             self.assertLess(time.monotonic(), deadline, "waited in vain")
             time.sleep(0.02)

@@ -4,14 +4,11 @@ from shell import Shell
 FORM = "document.body.innerHTML = `<form %s>%s</form>`; document.forms[0].submit()"
 ANSWERS = [
     ("location = 'tvk://exit?status=CKR_OK&response=abc'", "abc"),
-    ("location = 'tvk://exit?status=OK'", "OK"),
     ("location = 'tvk://exit?status=ERR&response=abc'", "ERR"),
     ("location = 'tvk://exit'", "CKR_CANCEL"),
     ("location = 'tvk://exit?status=&response=abc'", "CKR_CANCEL"),
     ("location = 'tvk://exit?status=ok&response=abc'", "ok"),
-    ("location = 'tvk://exit?response=abc&status=CKR%5FOK'", "abc"),
     ("exit('OK', 'é€\U0001f600 a+b&c=d%')", "é€\U0001f600 a+b&c=d%"),
-    ("location = 'tvk://exit?status=OK&response=ab%00cd'", "ab"),
     ("location = 'tvk://exit?status=OK&response=a#b'", "a#b"),
     # WebKit lower-cases the scheme of a navigation.
     ("location = 'TVK://exit?status=OK&response=abc'", "abc"),
@@ -25,19 +22,6 @@ ANSWERS = [
      "OK"),
     ("window.open('tvk://exit?status=A'); setTimeout(exit, 200, 'B', '')", "B"),
 ]
-MALFORMED = """const urls = ['tvk://', 'tvk://?status=OK', 'tvk://close', 'tvk://%',
-    'tvk://exit%3Fstatus', 'tvk://resize?status=%', 'tvk://resize?status=%zz', 'tvk://resize',
-    'tvk://resize?status=-1', 'tvk://resize?status=0xZZZZZZZZZ', 'tvk://resize?status=%00',
-    'tvk://resize?status=' + '9'.repeat(100000), 'tvk:///exit', 'tvk://' + 'a'.repeat(70000),
-    'tvk://exit/?status=OK', 'tvk://EXIT%00?status=OK', 'tvk://Exit?status=\\u0000'];
-for (let i = 0; i < REPEAT; ++i) {
-    for (const url of urls) {
-        const frame = document.createElement('iframe');
-        frame.src = url;
-        document.body.append(frame);
-    }
-}
-onload = () => setTimeout(exit, 300, 'OK', 'alive');"""
 
 
 class Answers(Shell):
@@ -45,11 +29,6 @@ class Answers(Shell):
         for script, result in ANSWERS:
             with self.subTest(script):
                 self.assertEqual(self.run_host("-url", self.page(script)), result)
-
-    def test_malformed_actions_do_nothing(self):
-        address = self.page(MALFORMED.replace("REPEAT", "1"))
-        self.assertEqual(self.run_host("-url", address, "-verbose"), "alive")
-        self.assertIn("App - Action: close\n", self.trace)
 
     def test_run_is_traced(self):
         address = self.page("location = 'tvk://exit?response=x'")
@@ -66,7 +45,7 @@ App -    Response [null]
 
     def test_result_file_that_cannot_be_written_is_passed_over(self):
         address = self.page("exit('OK', 'new')")
-        for path in (self.dir, self.dir / "none/result", self.dir / ("x" * 300), ""):
+        for path in (self.dir, self.dir / "none/result", self.dir / ("x" * 300), "/dev/full", ""):
             self.assertIsNone(self.run_host("-url", address, "-store", path))
         self.assertIsNone(self.run_host("-url", address, "-store"))
         older = self.dir / "older"
@@ -85,12 +64,3 @@ App -    Response [null]
                 self.environment["G_DEBUG"] = "" if value == binary else "fatal-criticals"
                 with self.subTest(option, value=value[:9]):
                     self.assertEqual(self.run_host("-url", address, option, value), "alive")
-
-
-class Closing(Shell):
-    window_manager = True
-
-    def test_closing_the_window_cancels(self):
-        self.start("-url", self.page(""))
-        self.close_window()
-        self.assertEqual(self.finish(), "CKR_CANCEL")

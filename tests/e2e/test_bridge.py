@@ -35,7 +35,6 @@ CALLS = [
     ("Tovik.EnumProperty(999999999999999, -9999999999999)", "<999999999999999|-9999999999999>"),
     ("Tovik.EnumProperty(1234567890123456, -99999999999999)", "<234567890123456|>"),
     ("Tovik.EnumProperty('é€\\u{1f600}', 'a\\0b')", "<é€\U0001f600|a>"),
-    ("Tovik.EnumProperty('x\\ud800y', '').startsWith('<')", True),
     ("Tovik.EnumProperty('x'.repeat(999), 'x'.repeat(999) + 'é')", f"<{'x' * 999}|{'x' * 999}é>"),
     ("Tovik.EnumProperty('', 'x'.repeat(200) + '\\0y')", f"<|{'x' * 200}>"),
     ("Tovik.Invoke()", 0),
@@ -48,11 +47,6 @@ CALLS = [
     ("Tovik.GetProperty('huge').length", 50000000),
 ]
 EVALUATE = "exit('OK', JSON.stringify(%s.map(eval)))" % json.dumps([call for call, _ in CALLS])
-# One frame, which makes every call itself and hands the values to the page.
-FRAME = ("onmessage = e => exit('OK', e.data); const f = document.createElement('iframe');"
-         "f.srcdoc = '<script>parent.postMessage(JSON.stringify('"
-         " + JSON.stringify(%s) + '.map(x => eval(x))), \"*\")</' + 'script>';"
-         "document.body.append(f)" % json.dumps([call for call, _ in CALLS]))
 MANY_FRAMES = """onload = () => { const own = new Set(); let n = 0;
 for (; n < 1000; ++n) { document.body.append(document.createElement('iframe')); }
 for (const f of document.querySelectorAll('iframe')) {
@@ -75,12 +69,11 @@ POLL = "setInterval(() => { if (Tovik.Invoke('abc') === 3) { exit('OK', 'found')
 
 class Bridge(Shell):
     def test_functions_convert_every_kind_of_argument(self):
-        for plugin, script in (("newer", EVALUATE), ("older", FRAME)):
-            with self.subTest(plugin):
-                self.install(plugin)
-                values = json.loads(self.run_host("-url", self.page(script)))
-                for (call, expected), value in zip(CALLS, values, strict=True):
-                    self.assertEqual(value, expected, call)
+        for plugin in ("newer", "older"):
+            self.install(plugin)
+            values = json.loads(self.run_host("-url", self.page(EVALUATE)))
+            for (call, expected), value in zip(CALLS, values, strict=True):
+                self.assertEqual(value, expected, (plugin, call))
         self.assertIn("invoke \n", self.log())
 
     def test_every_frame_has_an_object_of_its_own(self):

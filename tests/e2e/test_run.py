@@ -6,13 +6,13 @@ import unittest
 from server import serve
 from shell import BUILD, PRELUDE, SANITIZER, SOURCE, Shell
 
-COUNT = PRELUDE + ("fetch('/count').then(r => r.text()).then(text => %s exit('OK', text"
-                   " + location.search))</script>")
+COUNT = PRELUDE + ("fetch('/count').then(r => r.text())"
+                   ".then(text => exit('OK', text + location.search))</script>")
 
 
 class Run(Shell):
     def test_server_sees_user_agent_and_query(self):
-        address = serve(self, COUNT % "")
+        address = serve(self, COUNT)
         own = ("-useragent", "Own/1.0")
         for arguments, result in [
                 (("-url", address + "/page", *own), "1 Own/1.0"),
@@ -36,12 +36,6 @@ class Run(Shell):
         certificate.write_text(certificate.read_text() + key.read_text())
         address = serve(self, PRELUDE + "exit('OK', location.protocol)</script>", certificate)
         self.assertEqual(self.run_host("-url", address), "https:")
-
-    def test_restart_runs_the_program_anew_with_its_arguments(self):
-        address = serve(self, COUNT % "text.startsWith('1 ') ? location = 'tvk://restart' :")
-        self.run_host("-url", address + "/page?x", "-useragent", "Own/1.0")
-        self.assertEqual(self.until(lambda: self.store.exists() and self.store.read_text()),
-                         "2 Own/1.0?x")
 
     def test_reload_ends_the_run_only_for_a_redirect(self):
         self.page("location = 'tvk://reload'", "other.html")
@@ -99,10 +93,13 @@ class Run(Shell):
 
     def test_entry_admin_splits_its_command_line(self):
         lib = self.install()
-        host = "import ctypes, sys; ctypes.CDLL(sys.argv[1]).EntryAdmin(None, None, sys.argv[2].encode())"
-        line = f'tovik -verbose -title "a b" -url {self.page("exit()")} -store {self.store}'
-        self.start("-store", command=["python3", "-c", host, lib / "libtovikgui.so", line])
-        self.assertEqual(self.finish(), "undefined")
+        host = ("import ctypes, sys; ctypes.CDLL(sys.argv[1]).EntryAdmin(None, None,"
+                " (sys.argv[2] + ' a' * int(sys.argv[3])).encode())")
+        line = f' -title "a b" -url {self.page("exit()")} -store {self.store}'
+        for start, more in (("tovik", "5000000"), ("tovik -verbose", "0")):
+            self.start("-store", command=["python3", "-c", host, lib / "libtovikgui.so",
+                                          start + line, more])
+            self.assertEqual(self.finish(), "undefined")
         self.assertTrue(self.trace.startswith(
             "App - 0: tovik\nApp - 1: -verbose\nApp - 2: -title\nApp - 3: a b\n"), self.trace)
 

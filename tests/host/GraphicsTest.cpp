@@ -2,16 +2,13 @@
 
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <tuple>
 
 TEST(AvoidBlankWindow, SpeaksOnlyWithTheModuleAndToAnEnvironmentThatIsSilent)
 {
     constexpr char kVariable[] = "WEBKIT_DISABLE_DMABUF_RENDERER";
-    const struct {
-        const char* file;
-        const char* before;
-        const char* after;
-    } rows[] = {{"/dev/null", nullptr, "1"}, {"/dev/null", "0", "0"}, {"/dev/null", "", ""},
-        {"/dev/none", nullptr, nullptr}};
+    const std::tuple<const char*, const char*, const char*> rows[] = {{"/dev/null", nullptr, "1"},
+        {"/dev/null", "0", "0"}, {"/dev/null", "", ""}, {"/dev/none", nullptr, nullptr}};
     for (const auto& [file, before, after] : rows) {
         before == nullptr ? unsetenv(kVariable) : setenv(kVariable, before, 1);
         avoid_blank_window(file);

@@ -27,21 +27,18 @@ protected:
 /// Writes down what the wrapper asks of itself.
 class Overriding : public CWrapperPlugin {
 public:
-    void SetProperty(const char* name, const char* value) override
-    {
-        m_calls += std::string("set ") + name + " " + value + ";";
-    }
+    void SetProperty(const char* name, const char* value) override { m_calls << name << value; }
     void SetRoot(const char* path) override
     {
-        m_calls += std::string("root ") + path + ";";
+        m_calls << " root " << path << ' ';
         CWrapperPlugin::SetRoot("/other/place");
     }
     void Release() override
     {
-        m_calls += "release;";
+        m_calls << " release";
         CWrapperPlugin::Release();
     }
-    std::string m_calls;
+    std::ostringstream m_calls;
 };
 
 } // namespace
@@ -59,20 +56,14 @@ TEST_F(Plugins, BindAWholeSetTheNewerFirst)
     for (const auto& [name, available, initialized, calls] : rows) {
         std::filesystem::remove(m_directory / "log");
         CWrapperPlugin plugin;
-        EXPECT_FALSE(plugin.IsInitialized());
-        EXPECT_EQ(plugin.Available(library(name).c_str()) != nullptr, available);
-        EXPECT_EQ(plugin.IsInitialized(), available) << name;
-        if (available) {
-            const auto initialize = [&plugin] {
-                return plugin.Initialize(
-                    "text", "global", "local", [](const char*, unsigned long) {});
-            };
-            EXPECT_EQ(initialize(), initialized) << name;
-            EXPECT_TRUE(plugin.IsInitialized()) << "a failure leaves the library loaded";
-            if (!initialized) {
-                EXPECT_FALSE(initialize()) << "and may be tried again";
-            }
+        EXPECT_EQ(plugin.Available(library(name).c_str()) != nullptr, available) << name;
+        // A failure leaves the library loaded and may be tried again.
+        for (int attempts = !available ? 0 : initialized ? 1 : 2; attempts > 0; --attempts) {
+            EXPECT_EQ(
+                plugin.Initialize("text", "global", "local", [](const char*, unsigned long) {}),
+                initialized);
         }
+        EXPECT_EQ(plugin.IsInitialized(), available) << name;
         EXPECT_EQ(log(), calls) << name;
     }
 }
@@ -95,7 +86,6 @@ TEST_F(Plugins, AreForwardedToAndFinalisedOnce)
     EXPECT_EQ(plugin.Invoke("long"), 0x700000005U);
     plugin.Finalize();
     plugin.Finalize();
-    EXPECT_FALSE(plugin.IsInitialized());
     EXPECT_EQ(plugin.Invoke("abc"), 6U);
     EXPECT_EQ(dlopen(library("newer").c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << "closed";
     ASSERT_NE(plugin.Available(library("older").c_str()), nullptr) << "can be loaded again";
@@ -111,11 +101,9 @@ TEST_F(Plugins, AreReachedThroughTheVirtualOperations)
         ASSERT_NE(plugin.Available(library("newer").c_str()), nullptr);
         EXPECT_TRUE(plugin.Initialize(nullptr, nullptr, nullptr, nullptr));
         plugin.Finalize();
-        EXPECT_EQ(
-            plugin.m_calls, "root " + library("newer") + ";set WorkingDirectory /other/;release;");
-        plugin.m_calls.clear();
         EXPECT_EQ(plugin.Available(library("five").c_str()), nullptr);
-        EXPECT_EQ(plugin.m_calls, "release;");
+        EXPECT_EQ(plugin.m_calls.str(),
+            " root " + library("newer") + " WorkingDirectory/other/ release release");
         ASSERT_NE(plugin.Available(library("newer").c_str()), nullptr);
         EXPECT_TRUE(plugin.Initialize(nullptr, nullptr, nullptr, nullptr));
     }

@@ -5,24 +5,22 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <map>
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
 /// Appends a line to the file that the environment names, which outlives every process.
 void write_down(const std::string& line)
 {
-    const char* path = std::getenv("TEST_PLUGIN_LOG");
-    FILE* log = path == nullptr ? nullptr : std::fopen(path, "a");
-    if (log != nullptr) {
-        std::fprintf(log, "%s\n", line.c_str());
-        std::fclose(log);
+    if (const char* path = std::getenv("TEST_PLUGIN_LOG")) {
+        std::ofstream(path, std::ios::app) << line + '\n';
     }
 }
 
@@ -36,18 +34,48 @@ struct Instance {
     std::string answer;
 };
 
-Instance* create()
-{
-#ifdef FAILING
-    return nullptr;
-#else
-    return new Instance;
+#ifndef FAILING
+#define FAILING 0
 #endif
-}
 
 Instance& instance_of(void* instance)
 {
     return *static_cast<Instance*>(instance);
+}
+
+/// Whether the static objects of the library are gone.
+bool g_StaticsAreGone = false;
+const struct Statics {
+    ~Statics() { g_StaticsAreGone = true; }
+} g_Statics;
+
+} // namespace
+
+extern "C" {
+
+void* initialize_newer(void* a, void* b, void* c, void* d, void** instance)
+{
+    write_down(std::string("newer initialize") + (a || b || c || d ? " with arguments" : ""));
+    *instance = FAILING ? nullptr : new Instance;
+    // Success is any non-zero pointer, one with a zero low half included.
+    return FAILING ? nullptr : reinterpret_cast<void*>(0x100000000UL);
+}
+
+void* initialize_older(const char* text, const char* global, const char* local,
+    void (*callback)(const char*, unsigned long))
+{
+    write_down("older initialize " + shown(text) + " " + shown(global) + " " + shown(local)
+        + (callback == nullptr ? " null" : " callback"));
+    return FAILING ? nullptr : new Instance;
+}
+
+void finalize(void* instance)
+{
+    if (g_StaticsAreGone && std::getenv("TEST_NEEDS_STATICS") != nullptr) {
+        std::abort();
+    }
+    write_down("finalize");
+    delete &instance_of(instance);
 }
 
 void set_property(void* instance, const char* name, const char* value)
@@ -65,13 +93,12 @@ const char* get_property(void* instance, const char* name)
     // The properties that the host reads come from the environment, a colon written as "_".
     std::string variable = "TEST_" + wanted;
     std::replace(variable.begin(), variable.end(), ':', '_');
-    if (const char* value = std::getenv(variable.c_str())) {
-        self.answer = value;
-        return self.answer.c_str();
-    }
-    const char* abortAt = std::getenv("TEST_PLUGIN_ABORT");
-    if (abortAt != nullptr && wanted == abortAt) {
+    const char* value = std::getenv(variable.c_str());
+    if (shown(value) == "abort") {
         std::abort();
+    }
+    if (value != nullptr) {
+        return value;
     }
     if (wanted == "invalid") {
         return "a\xff\xfe";
@@ -84,22 +111,18 @@ const char* get_property(void* instance, const char* name)
         long pages = 0;
         std::ifstream("/proc/self/statm").ignore(32, ' ') >> pages;
         self.answer = std::to_string(pages * 4096);
-    } else if (self.properties.count(wanted) == 0) {
-        return nullptr;
     } else {
-        self.answer = self.properties[wanted];
+        const auto property = self.properties.find(wanted);
+        return property == self.properties.end() ? nullptr : property->second.c_str();
     }
     return self.answer.c_str();
 }
 
 const char* enum_property(void* instance, const char* first, const char* second)
 {
-    if (shown(first) == "none") {
-        return nullptr;
-    }
     Instance& self = instance_of(instance);
     self.answer = '<' + shown(first) + '|' + shown(second) + '>';
-    return self.answer.c_str();
+    return shown(first) == "none" ? nullptr : self.answer.c_str();
 }
 
 unsigned long invoke(void*, const char* name)
@@ -117,78 +140,37 @@ unsigned long invoke(void*, const char* name)
         std::this_thread::sleep_for(std::chrono::hours(1));
     } else if (command == "exit") {
         std::_Exit(0);
+    } else if (command == "close") {
+        close(1);
+    } else if (command == "kill") {
+        kill(0, SIGTERM);
     }
     return command == "all ones" ? 0xFFFFFFFFUL
         : command == "long"      ? 0x700000005UL
                                  : command.size();
 }
 
-/// Whether the static objects of the library are gone.
-bool g_StaticsAreGone = false;
-const struct Statics {
-    ~Statics() { g_StaticsAreGone = true; }
-} g_Statics;
+} // extern "C"
 
-void finalize(void* instance)
-{
-    if (g_StaticsAreGone && std::getenv("TEST_NEEDS_STATICS") != nullptr) {
-        std::abort();
-    }
-    write_down("finalize");
-    delete &instance_of(instance);
-}
-
-} // namespace
-
-// What both sets have alike.
-#define COMMON(prefix)                                                                             \
-    void prefix##Finalize(void* i)                                                                 \
-    {                                                                                              \
-        finalize(i);                                                                               \
-    }                                                                                              \
-    void prefix##SetProperty(void* i, const char* a, const char* b)                                \
-    {                                                                                              \
-        set_property(i, a, b);                                                                     \
-    }                                                                                              \
-    const char* prefix##GetProperty(void* i, const char* a)                                        \
-    {                                                                                              \
-        return get_property(i, a);                                                                 \
-    }                                                                                              \
-    const char* prefix##EnumProperty(void* i, const char* a, const char* b)                        \
-    {                                                                                              \
-        return enum_property(i, a, b);                                                             \
-    }
+// Both sets are other names of the functions above.
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a name stands without them where it is declared
+#define ENTRY(name, function) extern "C" decltype(name) name __attribute__((alias(#function)))
+#define FIVE_ENTRIES(prefix, function)                                                             \
+    ENTRY(prefix##Initialize, function);                                                           \
+    ENTRY(prefix##Finalize, finalize);                                                             \
+    ENTRY(prefix##SetProperty, set_property);                                                      \
+    ENTRY(prefix##GetProperty, get_property);                                                      \
+    ENTRY(prefix##EnumProperty, enum_property)
 
 #if NEWER > 0
-void* PlgInitialize(void* a, void* b, void* c, void* d, void** instance)
-{
-    write_down(std::string("newer initialize") + (a || b || c || d ? " with arguments" : ""));
-    *instance = create();
-    // Success is any non-zero pointer, one with a zero low half included.
-    return *instance == nullptr ? nullptr : reinterpret_cast<void*>(0x100000000UL);
-}
-COMMON(Plg)
+FIVE_ENTRIES(Plg, initialize_newer);
 #endif
 #if NEWER > 5
-unsigned long PlgInvoke(void* instance, const char* name)
-{
-    return invoke(instance, name);
-}
+ENTRY(PlgInvoke, invoke);
 #endif
-
 #if OLDER > 0
-void* P_Initialize(const char* text, const char* global, const char* local,
-    void (*callback)(const char*, unsigned long))
-{
-    write_down("older initialize " + shown(text) + " " + shown(global) + " " + shown(local)
-        + (callback == nullptr ? " null" : " callback"));
-    return create();
-}
-COMMON(P_)
+FIVE_ENTRIES(P_, initialize_older);
 #endif
 #if OLDER > 5
-unsigned long P_Invoke(void* instance, const char* name)
-{
-    return invoke(instance, name);
-}
+ENTRY(P_Invoke, invoke);
 #endif

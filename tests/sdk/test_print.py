@@ -45,8 +45,8 @@ class Print(Shell):
         self.prints(3, "", "tovik: cannot open a display; set DISPLAY or WAYLAND_DISPLAY\n")
 
     def test_restarted_dialog_gives_the_answer_and_ends_with_the_caller(self):
-        self.prints(0, "2\n", "", "-url",
-                    serve(self, RESTART % "exit('OK', text.split(' ')[0])") + "/page")
+        address = serve(self, RESTART % "exit('OK', text + location.search)") + "/page?x"
+        self.prints(0, "2 Own/1.0?x\n", "", "-url", address, "-useragent", "Own/1.0")
         half = RESTART % "location = 'tvk://resize?status=50'"
         for page, width, number in [("", 320, signal.SIGTERM), (half, 160, signal.SIGINT),
                                     ("", 320, signal.SIGKILL)]:

@@ -25,6 +25,8 @@ CHECKS = [
     ("older", {"NULL_COMMAND": "throw"}, 1, "WRONG crash: signal 6 (Aborted) in P_Invoke(null)"),
     ("newer", {"NULL_COMMAND": "exit"}, 1, "crash: ended the process with status 0 in PlgInvoke"),
     ("newer", {"NULL_COMMAND": "hang"}, 1, "WRONG hang: did not return within 3 s in PlgInvoke(n"),
+    ("newer", {"NULL_COMMAND": "kill"}, 1, "WRONG crash: signal 15 (Terminated) in PlgInvoke(null)"),
+    ("newer", {"NULL_COMMAND": "close"}, 1, "WRONG streams: closes the standard"),
     ("newer", {"NEEDS_STATICS": "1"}, 1, "WRONG crash: signal 6 (Aborted) in the end of the pro"),
     ("newer", {"UserAgentId": "x" * 32}, 1, "WRONG UserAgentId: is left out"),
     ("newer", {"UserAgentId": "a\nb"}, 1, "WRONG user agent: has a control", "Id: a\\x0Ab\n"),
@@ -94,6 +96,7 @@ class Tools(Shell):
                 (("-url", page, *store, "-size", "0x00320032"), 0, f"page: {page}", "640 x 512 at"),
                 (("-url", "none.html"), 1, "WRONG start page: no none.html; look", "NOTE  answer"),
                 (("-url", "res://page", "-config", "c"), 1, "WRONG start page", "WRONG local conf"),
+                (("-icon", "x" * 5000), 1, "WRONG icon: there is no xxx"),
                 (("-store", "/none/x", "-rot"), 1, "WRONG answer: /none/x", "NOTE  options: -rot"),
                 (("-root", many), 1, f"WRONG other libraries: 10 other libraries in {many}", "WRONG"
                  " root", f"WebKit opens {many}/libtovikgui.so", f"pages: {many}/libtovik.so"),

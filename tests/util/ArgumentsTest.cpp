@@ -1,7 +1,7 @@
 #include "util/Arguments.h"
 
-#include <algorithm>
 #include <climits>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
 #include <tuple>
@@ -16,16 +16,47 @@ std::vector<std::string> strings_of(char** list, int count)
     return {list, list + count};
 }
 
-/// An argument vector over texts of the test.
-std::vector<char*> vector_of(std::initializer_list<const char*> texts)
+// The linker hands the calls of malloc() and calloc() in this program's objects to the functions
+// below.
+int allocationsLeft = -1; // until one fails; below 0 none does
+
+bool refused()
 {
-    std::vector<char*> entries;
-    std::transform(texts.begin(), texts.end(), std::back_inserter(entries),
-        [](const char* text) { return const_cast<char*>(text); });
-    return entries;
+    return allocationsLeft >= 0 && allocationsLeft-- == 0;
+}
+
+/// Makes a list with the first, second, ... allocation failing, until none fails any more. Returns
+/// how many allocations the list takes.
+template <typename Make> int fail_each(const Make& make)
+{
+    for (int number = 0;; ++number) {
+        allocationsLeft = number;
+        const OwnedList list(make());
+        const bool failed = allocationsLeft < 0;
+        allocationsLeft = -1;
+        EXPECT_EQ(list == nullptr, failed) << number;
+        if (!failed) {
+            return number;
+        }
+    }
 }
 
 } // namespace
+
+extern "C" {
+void* __real_malloc(std::size_t size);
+void* __real_calloc(std::size_t count, std::size_t size);
+
+void* __wrap_malloc(std::size_t size)
+{
+    return refused() ? nullptr : __real_malloc(size);
+}
+
+void* __wrap_calloc(std::size_t count, std::size_t size)
+{
+    return refused() ? nullptr : __real_calloc(count, size);
+}
+}
 
 TEST(ArgumentList, IsSplitAtSpacesAndQuotes)
 {
@@ -43,23 +74,40 @@ TEST(ArgumentList, IsSplitAtSpacesAndQuotes)
 
 TEST(ArgumentList, IsJoinedAsFreshCopies)
 {
-    std::vector<char*> first = vector_of({"a", "b", "c"});
-    std::vector<char*> second = vector_of({"d", nullptr, "f"});
+    const char* first[] = {"a", "b", "c"};
+    const char* second[] = {"d", nullptr, "f"};
     const std::tuple<int, int, std::vector<std::string>> rows[]
         = {{2, 3, {"a", "b", "d", "", "f"}}, {0, 1, {"d"}}, {1, -7, {"a"}}, {-1, 0, {}}};
     for (const auto& [firstCount, secondCount, joined] : rows) {
-        const OwnedList list(
-            append_argument_list(first.data(), firstCount, second.data(), secondCount));
+        const OwnedList list(append_argument_list(
+            const_cast<char**>(first), firstCount, const_cast<char**>(second), secondCount));
         EXPECT_EQ(strings_of(list.get(), static_cast<int>(joined.size())), joined);
-        EXPECT_TRUE(joined.empty() || list[0] != first.data()[0]);
+        EXPECT_TRUE(joined.empty() || list[0] != first[0]);
     }
     free_argument_list(nullptr);
 }
 
+// What a failure leaves behind shows under AddressSanitizer.
+TEST(ArgumentList, FailsAsAWholeWithAnyAllocation)
+{
+    int count = 0;
+    EXPECT_EQ(fail_each([&count] {
+        EXPECT_EQ(count, 0) << "stored only with a list";
+        return alloc_argument_list("a \"b c\" d", &count);
+    }),
+        4);
+    EXPECT_EQ(count, 3);
+    char first[] = "a";
+    char* list[] = {first, first};
+    EXPECT_EQ(fail_each([&list] { return append_argument_list(list, 2, list, 1); }), 4);
+}
+
 TEST(OptionLookup, TakesTheFirstMatchAndItsValue)
 {
-    std::vector<char*> arguments = vector_of({"-url", "index.html", nullptr, "-verbose", "-size",
-        "0x10", "-size", "7", "-n", nullptr, "-wait"});
+    const char* words[] = {"-url", "index.html", nullptr, "-verbose", "-size", "0x10", "-size", "7",
+        "-n", nullptr, "-wait"};
+    char** arguments = const_cast<char**>(words);
+    constexpr int kCount = std::size(words);
     const std::tuple<const char*, int, const char*, unsigned int> rows[] = {
         {"-url", 1, "index.html", 0}, {"index.html", 1, "", 0}, // a null entry counts as no value
         {"-verbose", 1, "", 0}, {"-size", 1, "0x10", 16}, {"-n", 1, "", 0}, {"-wait", 1, "", 0},
@@ -67,12 +115,11 @@ TEST(OptionLookup, TakesTheFirstMatchAndItsValue)
     for (const auto& [name, found, expected, expectedNumber] : rows) {
         const char* value = "unset";
         unsigned int number = 99;
-        const int count = static_cast<int>(arguments.size());
-        EXPECT_EQ(get_argument(count, arguments.data(), name, &value), found) << name;
+        EXPECT_EQ(get_argument(kCount, arguments, name, &value), found) << name;
         EXPECT_STREQ(value, expected) << name;
-        EXPECT_EQ(get_argument(count, arguments.data(), name, &number), found);
+        EXPECT_EQ(get_argument(kCount, arguments, name, &number), found);
         EXPECT_EQ(number, expectedNumber) << name;
-        EXPECT_EQ(has_argument(count, arguments.data(), name), found) << name;
+        EXPECT_EQ(has_argument(kCount, arguments, name), found) << name;
     }
     const char* value = "unset";
     EXPECT_EQ(get_argument(0, nullptr, "-url", &value), 0);

@@ -85,6 +85,9 @@ TEST(Strings, KeepToTheirOperandsAndAgreeWithPlainModels)
         ASSERT_EQ(_strncat(hold(third, b + '\0', n), s, n), b + head);
         ASSERT_EQ(_memcmp(s, t, b.size()), sign(std::memcmp(s, t, b.size())));
         ASSERT_EQ(_memfind(const_cast<char*>(s), a.size(), t, b.size()), at(a.find(b)));
+        const std::string ended = b + '\0';
+        ASSERT_EQ(_memfind(const_cast<char*>(s), a.size() + 1, t, ended.size()),
+            at((a + '\0').find(ended)));
     }
 }
 
@@ -110,4 +113,20 @@ TEST(Memory, KeepsToItsOperandsAndAgreesWithPlainModels)
         _memset(bytes, 7, n);
         ASSERT_EQ(std::string_view(bytes, n), std::string(n, 7));
     }
+}
+
+TEST(Memory, NullOperandsAreAnswered)
+{
+    char byte = 'a';
+    EXPECT_EQ(_memcpy(nullptr, &byte, 1), nullptr);
+    EXPECT_EQ(_memcpy(&byte, nullptr, 1), &byte);
+    _memset(nullptr, 0, 1);
+    _memmove(nullptr, &byte, 1);
+    _memmove(&byte, nullptr, 1);
+    EXPECT_EQ(byte, 'a');
+    EXPECT_EQ(_memcmp(nullptr, &byte, 1), 0);
+    EXPECT_EQ(_memcmp(&byte, nullptr, 1), 0);
+    EXPECT_EQ(_memfind(&byte, 1, nullptr, 1), &byte);
+    EXPECT_EQ(_memfind(&byte, 1, nullptr, 2), nullptr);
+    EXPECT_EQ(_memfind(nullptr, 1, "a", 1), nullptr);
 }

@@ -14,11 +14,10 @@ TEST(TlsFailure, AllowsTheCertificateAndLoadsTheStartPageAgain)
     ASSERT_TRUE(gtk_init_check(nullptr, nullptr)) << "run it under xvfb-run";
     const TempDirectory directory;
     const std::string file = directory / "pem";
-    ASSERT_EQ(
-        system(("openssl req -x509 -newkey rsa:2048 -nodes -subj /CN=x -keyout /dev/null -out '"
-            + file + "' 2>/dev/null")
-                   .c_str()),
-        0);
+    const std::string request = "openssl req -x509 -newkey rsa:2048 -nodes -subj /CN=x -keyout "
+                                "/dev/null 2>/dev/null -out "
+        + file;
+    ASSERT_EQ(system(request.c_str()), 0);
     const OwnedObject<GTlsCertificate> certificate(
         g_tls_certificate_new_from_file(file.c_str(), nullptr));
     ASSERT_NE(wa_gui_start("agent"), nullptr);
