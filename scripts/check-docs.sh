@@ -17,6 +17,6 @@ for file in "${files[@]}"; do
         [ -e "$(dirname "$file")/$link" ] && continue
         echo "$file: there is no $link" >&2
         broken=1
-    done < <(grep -oP '\]\((?!https?:)\K[^)#]+' "$file")
+    done < <(grep -oP '(\]\(|src=")(?!https?:)\K[^)#"]+' "$file")
 done
 exit $broken
