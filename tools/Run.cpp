@@ -3,14 +3,18 @@
 #include "tools/Doctor.h"
 #include "tools/Witness.h"
 #include "util/Arguments.h"
+#include "util/Layout.h"
 #include "webapp/ShellState.h"
 #include "webapp/StartPage.h"
 #include "webapp/Window.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <dlfcn.h>
 #include <filesystem>
 #include <unistd.h>
+#include <vector>
 
 namespace fs = std::filesystem;
 
@@ -67,6 +71,43 @@ void examine_options(const Options& options, Report& report)
         }
     }
     report.ok("options", shown.empty() ? "none" : shown);
+}
+
+/// The product takes a value that is no number for 0, and passes over a path that is too long.
+void examine_values(const Options& options, Report& report)
+{
+    for (const char* name : {"-position", "-size", "-wait"}) {
+        const std::string text = options.text(name, "0");
+        const bool hexadecimal = text.starts_with("0x");
+        const std::string digits = hexadecimal ? text.substr(2) : text;
+        const char* allowed = hexadecimal ? "0123456789abcdefABCDEF" : "0123456789";
+        if (digits.empty() || digits.find_first_not_of(allowed) != std::string::npos) {
+            report.wrong("options",
+                std::string(name) + " takes a number, such as 640 or 0x028001E0, and not \"" + text
+                    + "\"");
+        }
+    }
+    for (const char* name : {"-config", "-plugin"}) {
+        if (std::strlen(options.text(name, "")) >= kPathCapacity) {
+            report.wrong("options",
+                std::string(name) + " has more than 259 bytes, so it is passed over; shorten it");
+        }
+    }
+}
+
+/// The query of the command line is that of the first word that looks like a URL, if it has one.
+void examine_query(const Options& options, Report& report)
+{
+    const std::vector<std::string> words(options.list, options.list + options.count);
+    const auto is_url = [](const std::string& word) { return word.find("://") != word.npos; };
+    const auto first = std::find_if(words.begin(), words.end(), is_url);
+    const auto asks = std::find_if(first, words.end(),
+        [&](const std::string& word) { return is_url(word) && word.find('?') != word.npos; });
+    if (asks != first && asks != words.end()) {
+        report.note("options",
+            "the query of " + *asks + " is not passed on, as " + *first
+                + " stands before it; put it first");
+    }
 }
 
 void examine_loaded_library(Report& report)
@@ -176,7 +217,8 @@ void examine_window(const Options& options, Report& report)
     const Size size = wa_shown_size(frame.size, area);
     report.ok("window",
         shown(size.width, " x ", size.height) + " at "
-            + shown(frame.position.x, ", ", frame.position.y));
+            + std::to_string(static_cast<int>(frame.position.x)) + ", "
+            + std::to_string(static_cast<int>(frame.position.y)));
 }
 
 } // namespace
@@ -189,6 +231,8 @@ void examine_run(Report& report)
     }
     const Options options = run_options();
     examine_options(options, report);
+    examine_values(options, report);
+    examine_query(options, report);
     examine_start_page(options, report);
     examine_icon(options, report);
     examine_store(options, report);
