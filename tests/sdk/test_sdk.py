@@ -114,7 +114,7 @@ class Sdk(Shell):
             self.assertEqual(self.called(command, address), "answer: 2\n")
         for command in (["python3", "late.py"], ["./late"]):
             self.assertIn("no answer in ", self.called(command, self.page("")))
-            self.assertEqual(self.ask("xdotool search --class tovik"), "")
+            self.until(lambda: not self.ask("xdotool search --class tovik"))
 
     def called(self, command, address):
         process = self.spawn([*command, "-url", address], env=self.environment, cwd=self.sdk,
