@@ -10,21 +10,22 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # else the first line of both descriptions
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME tovik)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION web)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "web-application host for desktop dialogs
- Shows one HTML page in a window, lets the page call a native plug-in of the
- product synchronously, and writes the page's answer to a file: for PIN entry,
- enrolment, signing and set-up dialogs.")
+Shows one HTML page in a window, lets the page call a native plug-in of the
+product synchronously, and writes the page's answer to a file: for PIN entry,
+enrolment, signing and set-up dialogs.")
 
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME tovik-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "tovik (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_DEV_DESCRIPTION "web-application host for desktop dialogs - development files
- Headers, CMake and pkg-config files, typings, page scripts and templates for
- the authors of plug-ins, pages and calling programs, the checker of plug-ins,
- and the tool that makes a product of another brand.")
+Headers, CMake and pkg-config files, typings, page scripts and templates for
+the authors of plug-ins, pages and calling programs, the checker of plug-ins,
+and the tool that makes a product of another brand.")
 
 # Copyright and changelog stand where Debian looks for them.
 set(changelog ${CMAKE_CURRENT_BINARY_DIR}/changelog.gz)

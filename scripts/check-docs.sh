@@ -4,6 +4,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 mapfile -t files < <(git ls-files --cached --others --exclude-standard)
+[ ${#files[@]} -gt 0 ] # none without git, and then nothing would be wrong
 # Macros of the manual pages, and words of tests.
 codespell --ignore-words-list=nd,fo,hel,statics "${files[@]}"
 
@@ -17,6 +18,11 @@ for file in "${files[@]}"; do
         [ -e "$(dirname "$file")/$link" ] && continue
         echo "$file: there is no $link" >&2
         broken=1
-    done < <(grep -oP '(\]\(|src=")(?!https?:)\K[^)#"]+' "$file")
+    done < <(grep -oP '(\]\(|src=")(?!https?:)\K[^)"#]+' "$file")
+    while read -r script; do
+        [ -e "$script" ] && continue
+        echo "$file: there is no $script" >&2
+        broken=1
+    done < <(grep -oP '`\Kscripts/[^` ]+' "$file")
 done
 exit $broken
