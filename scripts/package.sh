@@ -17,9 +17,17 @@ step() {
     if [ $status -ne 0 ]; then
         cat "$log"
         printf 'FAILED  %s\n' "$text"
+        [ -z "${root:-}" ] || release_root
         exit 1
     fi
     printf 'ok  %4d s  %s\n' $((SECONDS - start)) "$text"
+}
+
+# Waits for the last process that a failed step has left in the clean root: mmdebstrap, which tries
+# only once, would leave the root behind and mounted.
+release_root() {
+    local end=$((SECONDS + 60))
+    until umount "$root/proc" 2>/dev/null || [ $SECONDS -ge $end ]; do :; done
 }
 
 build() {
