@@ -142,8 +142,9 @@ std::string examine_extension_files(Report& report, const std::string& directory
             "the library is not in " + directory
                 + ", so pages have no Tovik; put it there, beside the plug-in");
     }
-    const std::string count = std::to_string(found.others) + " other libraries in " + directory
-        + ", each of which WebKit opens in the web process";
+    const std::string count = std::to_string(found.others)
+        + (found.others == 1 ? " other library in " : " other libraries in ") + directory
+        + ", which WebKit opens in the web process";
     if (found.others >= kManyLibraries) {
         report.wrong("other libraries", count + "; give the product a directory of its own");
     } else if (found.others > 0) {

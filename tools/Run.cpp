@@ -150,7 +150,15 @@ void examine_start_page(const Options& options, Report& report)
     if (!is_there(file)) {
         file.resize(std::min(file.size(), file.find_first_of("?#")));
     }
-    if (url.starts_with("res://")) {
+    // The path of a file that was searched for stands in the URL as it is.
+    const bool misread
+        = !places.empty() && !found.empty() && file.find_first_of("#?%") != std::string::npos;
+    if (misread) {
+        report.wrong("start page",
+            "the path " + file
+                + " holds \"#\", \"?\" or \"%\", which mean something else in a "
+                  "URL; install elsewhere");
+    } else if (url.starts_with("res://")) {
         const bool isPage = g_Content && g_Content[0] != 0;
         report.add(isPage ? Level::ok : Level::wrong, "start page",
             url + (isPage ? " from the plug-in" : " is no page of the plug-in; correct -url"));

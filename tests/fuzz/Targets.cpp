@@ -68,8 +68,9 @@ void action_urls(const std::string& input)
     require(action ? action.get() == behind.substr(0, behind.find('?')) && *action.get() != 0
                    : behind.empty() || behind[0] == '?');
     // The item begins behind the first "?", or at the start, or behind a "&".
-    const std::string query = "&" + url.substr(url.find('?') + 1);
-    const std::string start = "&" + name + "=";
+    std::string query = "&";
+    query += url.substr(url.find('?') + 1);
+    const std::string start = '&' + name + '=';
     const std::size_t item = name.empty() ? std::string::npos : query.find(start);
     const OwnedText value(get_uri_argument(uri.get(), name.c_str()));
     require((value != nullptr) == (item != std::string::npos));

@@ -63,12 +63,13 @@ class Install(Installed):
         (self.dir / "there").mkdir()
         for arguments, fault in [
                 (("abcdef", "new"), "no brand"), (("AB", "new"), "no brand"), (("x1", "new"), "no b"),
-                (("1gui", "new"), "no brand"), (("a", "new"), "no brand"), (("ab",), "needs a brand"),
+                (("setup", "new"), "no brand"), (("a", "new"), "no brand"), (("ab",), "needs a brand"),
                 (("ab", "there"), "there already"), (("ab", "a b"), "space"),
                 (("ab", "new", "--prefix", "/opt/bin/ab"), '"bin"'), (("ab", "new", "-x"), "option"),
                 (("ab", "new", "--prefix", "opt"), "absolute"), (("ab", "new", "--icon"), "value"),
                 (("ab", "new", "--plugin", "none"), "no file none"), (("ab", "new", "--title", "a\n"),
-                                                                       "control character")]:
+                 "control character"), (("ab", "new", "--title", "-x"), 'begins with "-"'),
+                (("ab", "a#b"), "one of"), (("ab", "there/new", "--pages", "."), "of the pages")]:
             printed = self.do("tovik-product", *arguments, status=2)
             self.assertIn(fault, printed)
             self.assertEqual((printed.count("\n"), (self.dir / "new").exists()), (1, False), printed)

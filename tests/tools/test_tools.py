@@ -82,7 +82,7 @@ class Tools(Shell):
         doctor = shutil.copy(BUILD / "bin/tovik-doctor", self.dir / "opt/bin")
         page, store = self.page(""), ("-store", self.store)
 
-        for place in ("many", "a b/lib", "old/lib", "ab/lib"):
+        for place in ("many", "a b/lib", "a#b/lib", "old/lib", "ab/lib"):
             shutil.copytree(lib, self.dir / place)
         many, spaced = self.dir / "many", self.dir / "a b/lib/libtovikgui.so"
         old = (self.dir / "old/lib/libtovikgui.so").rename(self.dir / "old/lib/libtovikgui.so.1")
@@ -106,6 +106,7 @@ class Tools(Shell):
                 (("-root", f"{self.dir}/"), 1, "WRONG module: the library is not in"),
                 (("-plugin", PLUGINS / "five/libtovik.so"), 1, "WRONG plug-in of the window: ha"),
                 (("--library", spaced), 1, "WRONG program: the layout takes"),
+                (("--library", self.dir / "a#b/lib/libtovikgui.so"), 1, "WRONG start page: the pat"),
                 (("--library", old.with_suffix("")), 1, "WRONG library: only under a versioned"),
                 (("--library", old), 1, "so.1 does not end in \".so\""),
                 (("--library", brand), 1, "OK    brand: ab\n", "WRONG extension directory: none",
