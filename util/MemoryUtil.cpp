@@ -30,6 +30,8 @@ void* _memcpy(void* dst, const void* src, std::size_t n)
     }
     // Read before anything is written, for the operands may overlap.
     const Block last = load_block(from + n - kBlockSize);
+    // The counting would take a third of the time of a few hundred bytes.
+#pragma GCC unroll 4
     for (std::size_t i = 0; i < n - kBlockSize; i += kBlockSize) {
         store_block(to + i, load_block(from + i));
     }
@@ -62,6 +64,7 @@ void _memmove(void* dst, void* src, std::size_t n)
         return;
     }
     const Block first = load_block(from);
+#pragma GCC unroll 4
     for (std::size_t i = n; i > kBlockSize; i -= kBlockSize) {
         store_block(to + i - kBlockSize, load_block(from + i - kBlockSize));
     }
