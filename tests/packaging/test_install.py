@@ -61,6 +61,7 @@ class Install(Installed):
 
     def test_product_refuses_what_could_not_work(self):
         (self.dir / "there").mkdir()
+        (self.dir / "there/dangling").symlink_to("none")
         for arguments, fault in [
                 (("abcdef", "new"), "no brand"), (("AB", "new"), "no brand"), (("x1", "new"), "no b"),
                 (("setup", "new"), "no brand"), (("a", "new"), "no brand"), (("ab",), "needs a brand"),
@@ -69,7 +70,8 @@ class Install(Installed):
                 (("ab", "new", "--prefix", "opt"), "absolute"), (("ab", "new", "--icon"), "value"),
                 (("ab", "new", "--plugin", "none"), "no file none"), (("ab", "new", "--title", "a\n"),
                  "control character"), (("ab", "new", "--title", "-x"), 'begins with "-"'),
-                (("ab", "a#b"), "one of"), (("ab", "there/new", "--pages", "."), "of the pages")]:
+                (("ab", "a#b"), "one of"), (("ab", "there/new", "--pages", "."), "of the pages"),
+                (("ab", "new", "--pages", "there"), "there/./dangling")]: # half made, and removed
             printed = self.do("tovik-product", *arguments, status=2)
             self.assertIn(fault, printed)
             self.assertEqual((printed.count("\n"), (self.dir / "new").exists()), (1, False), printed)
