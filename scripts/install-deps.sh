@@ -16,7 +16,7 @@ packages=(
     # checking the documents
     codespell mandoc
     # measuring
-    libbenchmark-dev
+    libbenchmark-dev gnuplot-nox
     "$@"
 )
 
