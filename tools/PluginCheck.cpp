@@ -3,6 +3,7 @@
 #include "bridge/PluginValues.h"
 #include "tools/EntryPoints.h"
 #include "util/Arguments.h"
+#include "webapp/Options.h"
 
 #include <array>
 #include <cstring>
@@ -14,9 +15,6 @@ namespace {
 
 /// Room that the shell has for the plug-in's part of the user agent (webapp/View.cpp).
 constexpr std::size_t kUserAgentCapacity = 64;
-
-/// Options that the product looks for on its command line alone.
-constexpr const char* kProcessOptions[] = {"-root", "-plugin", "-config", "-verbose"};
 
 struct HostileText {
     const char* name;
@@ -145,10 +143,10 @@ void Examination::read_default_options()
         shown += (shown.empty() ? "\"" : ", \"") + std::string(list[i]) + "\"";
     }
     m_report.ok("default options", shown.empty() ? "none" : shown);
-    for (const char* option : kProcessOptions) {
-        if (has_argument(count, list.get(), option) != 0) {
+    for (const Option& option : kOptions) {
+        if (option.scope != OptionScope::run && has_argument(count, list.get(), option.name) != 0) {
             m_report.wrong("default options",
-                std::string(option) + " has no effect here, only on the command line");
+                std::string(option.name) + " has no effect here, only on the command line");
         }
     }
     const char* url = nullptr;

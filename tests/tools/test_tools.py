@@ -1,5 +1,6 @@
 """The tools beside the host: each fault is found, by its name, and what is sound passes."""
 import json
+import re
 import shutil
 import subprocess
 
@@ -115,6 +116,19 @@ class Tools(Shell):
         self.assertEqual(self.ask_tool(doctor, "--library")[0], 2)
         sick = self.ask_tool(doctor, DISPLAY="none:7", WEBKIT_FORCE_SANDBOX="1")[1]
         self.assertRegex(sick, "WRONG display(.|\\n)*WRONG sandbox")
+
+    def test_guide_and_manual_page_have_the_options_of_the_help(self):
+        options = re.findall(r"^  -(\S+) ([A-Z]*)(.*(?:\n {19}.*)*)",
+                             self.ask_tool(BUILD / "bin/tovik", "--help")[1], re.M)
+        for file, entry in (("docs/integration.md", r"^\| `-(\S+)` \| (.*?) ?\| (.*)"),
+                            ("docs/man/tovik.1", r"^\.It Fl (\S+)( Ar)?(.*(?:\n(?!\.It).*)*)")):
+            described = re.findall(entry, (SOURCE / file).read_text(), re.M)
+            self.assertEqual(*(sorted((name, bool(value)) for name, value, _ in rows)
+                               for rows in (options, described)), file)
+            texts = {name: text for name, _, text in described}
+            for name, _, text in options:
+                for default in re.findall(r"\(default (.*)\)", text):
+                    self.assertIn(default, texts[name], file)
 
     def test_template_builds_elsewhere_and_passes_the_check(self):
         shutil.copytree(SOURCE / "sdk", self.dir / "sdk")
