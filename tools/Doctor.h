@@ -24,7 +24,8 @@ void examine_plugin_files(Report& report);
 
 /// The run that the process arguments ask for: plug-in, options, start page, icon, window, answer.
 /// When g_Witness says that the plug-in is loaded, it and the library run in this process.
-void examine_run(Report& report);
+/// prints  whether the host is asked to print the answer
+void examine_run(bool prints, Report& report);
 
 /// What surrounds the run: the engine, its environment, the graphics driver.
 void examine_surroundings(Report& report);

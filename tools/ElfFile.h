@@ -6,3 +6,6 @@
 
 /// What keeps the file from being one, or the empty string.
 std::string elf_fault(const std::string& path);
+
+/// Whether the file is a shared library of this machine that other code finds this name in.
+bool exports(const std::string& path, const std::string& name);

@@ -106,6 +106,7 @@ void examine_config(Report& report, const char* which, const std::string& path)
 struct ExtensionFiles {
     std::string library; // this one or, failing that, one of its name
     std::string misnamed; // the library under a name that WebKit passes over
+    std::string product; // the library of another product
     std::size_t others = 0;
 };
 
@@ -119,8 +120,11 @@ ExtensionFiles extension_files(const std::string& directory)
             found.misnamed = file;
         } else if (same || (is_so(file) && file.filename() == library.filename())) {
             found.library = file;
-        } else if (is_so(file) && file.filename() != "lib" + brand_name() + ".so") {
-            ++found.others;
+        } else if (is_so(file)) {
+            found.others += file.filename() == "lib" + brand_name() + ".so" ? 0 : 1;
+            if (exports(file, "webkit_web_extension_initialize")) {
+                found.product = file;
+            }
         }
     }
     return found;
@@ -150,6 +154,12 @@ std::string examine_extension_files(Report& report, const std::string& directory
     } else if (found.others > 0) {
         report.note("other libraries", count);
     }
+    if (!found.product.empty()) {
+        report.wrong("other libraries",
+            found.product
+                + " is the library of another product, whose plug-in pages then reach; give each "
+                  "product a directory of its own");
+    }
     return found.library;
 }
 
@@ -170,6 +180,11 @@ std::string examine_extension_directory(Report& report)
     }
     if (!is_there(directory + "/.")) {
         report.wrong("extension directory", directory + " is no directory; correct -root");
+        return "";
+    }
+    if (!is_utf8(directory)) {
+        report.wrong("extension directory",
+            directory + " is not UTF-8, so pages have no Tovik; choose another place");
         return "";
     }
     report.ok("extension directory", directory);
@@ -198,11 +213,18 @@ void examine_web_process(Report& report, const std::string& library, const std::
 
 void examine_root(Report& report)
 {
-    const char* root = nullptr;
-    if (wa_get_argument("-root", &root) != 0 && *root != 0
-        && !std::string_view(root).ends_with('/')) {
+    const char* value = nullptr;
+    if (wa_get_argument("-root", &value) == 0 || *value == 0) {
+        return;
+    }
+    const std::string root = value;
+    if (!root.starts_with('/')) {
         report.wrong("root",
-            std::string(root)
+            root + " is a relative path, so pages found there are not shown; use "
+                + (fs::absolute(root) / "").lexically_normal().native());
+    } else if (!root.ends_with('/')) {
+        report.wrong("root",
+            root
                 + " does not end in \"/\", so that pages are looked "
                   "for under names that begin with it; end it with \"/\"");
     }
@@ -214,11 +236,18 @@ void examine_installation(const std::string& program, Report& report)
 {
     char path[kPathCapacity];
     const fs::path own = is_there(program) ? fs::canonical(program) : fs::path(program);
+    const std::size_t bin = own.native().find("/bin/");
     if (!osGetApplicationPath(path, sizeof path) || own != path) {
         report.wrong("program",
             "the layout takes " + std::string(path) + " for " + program
                 + ": it reads the path up to the first space, 259 bytes at most; install "
                   "elsewhere");
+    } else if (bin != std::string::npos
+        && fs::path(own.native().substr(0, bin + 4)) != own.parent_path()) {
+        report.wrong("program",
+            own.native()
+                + " has a directory bin further up, beside which the plug-in is looked for; "
+                  "install elsewhere");
     } else if (!is_there(program)) {
         report.note("program", "there is no " + program + "; the places are told as if there were");
     } else {

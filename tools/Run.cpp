@@ -2,8 +2,10 @@
 #include "bridge/WebBridge.h"
 #include "tools/Doctor.h"
 #include "tools/Witness.h"
-#include "util/Arguments.h"
 #include "util/Layout.h"
+#include "webapp/Options.h"
+#include "webapp/ProcessArguments.h"
+#include "webapp/ShellArguments.h"
 #include "webapp/ShellState.h"
 #include "webapp/StartPage.h"
 #include "webapp/Window.h"
@@ -14,99 +16,95 @@
 #include <dlfcn.h>
 #include <filesystem>
 #include <unistd.h>
-#include <vector>
 
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kOptions[]
-    = {"-config", "-fullscreen", "-icon", "-plugin", "-position", "-resizing", "-root", "-size",
-        "-store", "-system", "-title", "-url", "-useragent", "-verbose", "-wait", "--print"};
-
-/// The options of the run: those of the command line and, where they count, of the plug-in.
-struct Options {
-    int count;
-    char** list;
-    OwnedList extended = nullptr;
-
-    const char* text(const char* name, const char* fallback) const
-    {
-        const char* value = nullptr;
-        return get_argument(count, list, name, &value) == 0 ? fallback : value;
-    }
-
-    std::optional<std::uint32_t> number(const char* name) const
-    {
-        unsigned int value = 0;
-        return get_argument(count, list, name, &value) == 0 ? std::nullopt : std::optional(value);
-    }
+/// The run as the library is asked for it.
+struct Run {
+    ShellArguments arguments = wa_shell_arguments(g_ARGC, g_ARGV);
+    ShellOptions options = read_options(arguments.count, arguments.list);
+    bool prints; // "--print", which the host keeps to itself
 };
 
-/// As the shell does, the plug-in's default options are taken when no "-url" is given.
-Options run_options()
+const Option* option_named(std::string_view name)
 {
-    Options options = {g_ARGC, g_ARGV};
-    if (has_argument(g_ARGC, g_ARGV, "-url") == 0) {
-        options.extended.reset(wa_get_default_argument_list(g_ARGV, &options.count));
-        if (options.extended) {
-            options.list = options.extended.get();
-        }
-    }
-    return options;
+    const Option* found = std::find_if(std::begin(kOptions), std::end(kOptions),
+        [&](const Option& option) { return option.name == name; });
+    return found == std::end(kOptions) ? nullptr : found;
 }
 
-void examine_options(const Options& options, Report& report)
+void examine_options(const Run& run, Report& report)
 {
     std::string shown;
-    for (int i = 1; i < options.count; ++i) {
-        const std::string option = options.list[i];
-        shown += (shown.empty() ? "\"" : ", \"") + option + "\"";
-        bool known = !option.starts_with('-');
-        for (const char* name : kOptions) {
-            known = known || option == name;
-        }
-        if (!known) {
-            report.note("options", option + " is no option of the product; it is passed over");
+    for (int i = 1; i < run.arguments.count; ++i) {
+        const std::string word = run.arguments.list[i];
+        shown += (shown.empty() ? "\"" : ", \"") + word + "\"";
+        const Option* known = option_named(word);
+        if (known == nullptr && word.starts_with('-')) {
+            report.note("options", word + " is no option of the product; it is passed over");
+        } else if (known != nullptr && known->scope == OptionScope::host && i < g_ARGC) {
+            report.wrong("options", word + " shows a text and no window; leave it out");
         }
     }
     report.ok("options", shown.empty() ? "none" : shown);
 }
 
 /// The product takes a value that is no number for 0, and passes over a path that is too long.
-void examine_values(const Options& options, Report& report)
+void examine_values(const Run& run, Report& report)
 {
-    for (const char* name : {"-position", "-size", "-wait"}) {
-        const std::string text = options.text(name, "0");
+    for (const Option& option : kOptions) {
+        const char* value = nullptr;
+        if (option.kind != OptionKind::number
+            || get_argument(run.arguments.count, run.arguments.list, option.name, &value) == 0) {
+            continue;
+        }
+        const std::string text = value;
         const bool hexadecimal = text.starts_with("0x");
         const std::string digits = hexadecimal ? text.substr(2) : text;
         const char* allowed = hexadecimal ? "0123456789abcdefABCDEF" : "0123456789";
         if (digits.empty() || digits.find_first_not_of(allowed) != std::string::npos) {
             report.wrong("options",
-                std::string(name) + " takes a number, such as 640 or 0x028001E0, and not \"" + text
-                    + "\"");
+                std::string(option.name) + " takes a number, such as 640 or 0x028001E0, and not \""
+                    + text + "\"");
         }
     }
     for (const char* name : {"-config", "-plugin"}) {
-        if (std::strlen(options.text(name, "")) >= kPathCapacity) {
+        const char* value = nullptr;
+        if (wa_get_argument(name, &value) != 0 && std::strlen(value) >= kPathCapacity) {
             report.wrong("options",
                 std::string(name) + " has more than 259 bytes, so it is passed over; shorten it");
         }
     }
 }
 
-/// The query of the command line is that of the first word that looks like a URL, if it has one.
-void examine_query(const Options& options, Report& report)
+/// The query of the command line is that of the first word that holds "://", if it has one, even
+/// where the word is the value of an option.
+void examine_query(const ShellArguments& arguments, Report& report)
 {
-    const std::vector<std::string> words(options.list, options.list + options.count);
-    const auto is_url = [](const std::string& word) { return word.find("://") != word.npos; };
-    const auto first = std::find_if(words.begin(), words.end(), is_url);
-    const auto asks = std::find_if(first, words.end(),
-        [&](const std::string& word) { return is_url(word) && word.find('?') != word.npos; });
-    if (asks != first && asks != words.end()) {
-        report.note("options",
-            "the query of " + *asks + " is not passed on, as " + *first
-                + " stands before it; put it first");
+    char** const end = arguments.list + arguments.count;
+    char** const first = std::find_if(
+        arguments.list, end, [](const char* word) { return std::strstr(word, "://") != nullptr; });
+    if (first == end) {
+        return;
+    }
+    const char* query = nullptr;
+    if (get_url_arguments(1, first, &query) == 0) {
+        char** const other = std::find_if(
+            first, end, [&](char* word) { return get_url_arguments(1, &word, &query) != 0; });
+        if (other != end) {
+            report.note("options",
+                std::string("the query of ") + *other + " is not passed on, as " + *first
+                    + " stands before it; put it first");
+        }
+        return;
+    }
+    const Option* owner = first == arguments.list ? nullptr : option_named(first[-1]);
+    if (owner != nullptr && owner->kind != OptionKind::flag && owner != &option("-url")) {
+        report.wrong("options",
+            std::string("the page is given the query \"") + query + "\", from the value of "
+                + owner->name + "; put a word such as any://x?QUERY first");
     }
 }
 
@@ -139,45 +137,75 @@ void examine_loaded_plugin(Report& report)
     report.ok("plug-in of the window", "loads from " + g_Witness.loadedPlugin);
 }
 
-void examine_start_page(const Options& options, Report& report)
+/// File of the start page; empty where it is none.
+/// url    the page's name
+/// found  the URL that is loaded
+std::string page_file(const std::string& url, const std::string& found)
 {
-    const std::string url = options.text("-url", "index.html");
+    if (url.find("://") == std::string::npos) {
+        const OwnedText path(wa_gui_file_path(url.c_str()));
+        places_looked_at();
+        return path ? path.get() : "";
+    }
+    const std::string bare = found.substr(0, found.find_first_of("?#"));
+    const std::unique_ptr<char, ReleaseWith<g_free>> path(
+        g_filename_from_uri(bare.c_str(), nullptr, nullptr));
+    return path ? path.get() : "";
+}
+
+/// What is wrong with the file of the start page; empty when nothing is.
+std::string page_fault(const std::string& url, const std::string& found, const std::string& file)
+{
+    std::error_code none;
+    if (found.starts_with("file://") && !found.starts_with("file:///")) {
+        return found + " is a path on another computer; give an absolute path";
+    }
+    if (url.find("://") == std::string::npos && file.find_first_of("#?%") != std::string::npos) {
+        return "the path " + file
+            + " holds \"#\", \"?\" or \"%\", which mean something else in a URL; install elsewhere";
+    }
+    if (!file.empty() && !is_there(file)) {
+        return "there is no " + file + "; correct -url";
+    }
+    if (fs::is_directory(file, none)) {
+        return file + " is a directory, whose files are listed; "
+            + (url.empty() ? "-url has no value, name a page" : "correct -url");
+    }
+    return "";
+}
+
+void examine_start_page(const Run& run, Report& report)
+{
+    const std::string url = run.options.url;
     places_looked_at();
-    wa_translate_url(options.count, options.list, url.c_str());
+    wa_translate_url(run.arguments.count, run.arguments.list, run.options.url);
     const std::string places = places_looked_at();
     const std::string found = g_URL ? g_URL.get() : "";
-    std::string file = found.starts_with("file://") ? found.substr(7) : "";
-    if (!is_there(file)) {
-        file.resize(std::min(file.size(), file.find_first_of("?#")));
-    }
-    // The path of a file that was searched for stands in the URL as it is.
-    const bool misread
-        = !places.empty() && !found.empty() && file.find_first_of("#?%") != std::string::npos;
-    if (misread) {
-        report.wrong("start page",
-            "the path " + file
-                + " holds \"#\", \"?\" or \"%\", which mean something else in a "
-                  "URL; install elsewhere");
-    } else if (url.starts_with("res://")) {
+    const std::string fault = page_fault(url, found, page_file(url, found));
+    if (url.starts_with("res://")) {
         const bool isPage = g_Content && g_Content[0] != 0;
         report.add(isPage ? Level::ok : Level::wrong, "start page",
             url + (isPage ? " from the plug-in" : " is no page of the plug-in; correct -url"));
     } else if (found.empty()) {
         report.wrong("start page", "no " + url + "; " + places + "; install it or correct -url");
-    } else if (!file.empty() && url.find("://") != std::string::npos && !is_there(file)) {
-        report.wrong("start page", "there is no " + file + "; correct -url");
+    } else if (!fault.empty()) {
+        report.wrong("start page", fault);
     } else {
         report.ok("start page", found + (places.empty() ? "" : "; " + places));
     }
 }
 
-void examine_icon(const Options& options, Report& report)
+void examine_icon(const ShellOptions& options, Report& report)
 {
-    const std::string given = options.text("-icon", "");
-    if (given.empty()) {
+    if (options.icon == nullptr) {
         const OwnedText found(wa_gui_icon_path());
         const std::string places = places_looked_at();
         report.ok("icon", (found ? found.get() : "none") + ("; " + places));
+        return;
+    }
+    const std::string given = options.icon;
+    if (given.empty()) {
+        report.wrong("icon", "none, as -icon has no value; name a file, or none");
     } else if (given == "none" || is_there(given)) {
         report.ok("icon", given);
     } else {
@@ -186,20 +214,28 @@ void examine_icon(const Options& options, Report& report)
 }
 
 /// Where the answer goes: the product passes over a file that it cannot write, without a word.
-void examine_store(const Options& options, Report& report)
+void examine_store(const Run& run, Report& report)
 {
-    const fs::path store = options.text("-store", "");
-    if (store.empty() && has_argument(options.count, options.list, "--print") != 0) {
+    std::error_code none;
+    if (run.prints && has_argument(g_ARGC, g_ARGV, option("-store").name) == 0) {
         report.ok("answer", "printed");
         return;
     }
+    const fs::path store = run.options.store == nullptr ? "" : run.options.store;
     if (store.empty()) {
-        report.note("answer", "kept nowhere, as -store names no file");
+        report.add(run.prints ? Level::wrong : Level::note, "answer",
+            run.prints ? "-store has no value, which --print refuses; name a file, or leave it out"
+                       : "kept nowhere, as -store names no file");
+        return;
+    }
+    if (run.prints && is_there(store) && !fs::is_regular_file(store, none)) {
+        report.wrong("answer",
+            store.native() + " is no regular file, which --print refuses; correct -store");
         return;
     }
     const fs::path directory = store.has_parent_path() ? store.parent_path() : ".";
     const bool writable = access(store.c_str(), W_OK) == 0
-        ? !fs::is_directory(store)
+        ? !fs::is_directory(store, none)
         : errno == ENOENT && access(directory.c_str(), W_OK | X_OK) == 0;
     report.add(writable ? Level::ok : Level::wrong, "answer",
         store.native() + (writable ? "" : " cannot be written; correct -store"));
@@ -210,7 +246,7 @@ std::string shown(std::uint32_t one, const char* between, std::uint32_t other)
     return std::to_string(one) + between + std::to_string(other);
 }
 
-void examine_window(const Options& options, Report& report)
+void examine_window(const FrameOptions& options, Report& report)
 {
     if (gtk_init_check(nullptr, nullptr) == 0) {
         report.wrong("display", "cannot be opened; set DISPLAY or WAYLAND_DISPLAY");
@@ -219,9 +255,7 @@ void examine_window(const Options& options, Report& report)
     const Size area = wa_work_area();
     report.ok("display", gdk_display_get_name(gdk_display_get_default()));
     report.ok("work area", shown(area.width, " x ", area.height));
-    const bool fullscreen = has_argument(options.count, options.list, "-fullscreen") != 0;
-    const Frame frame = wa_initial_frame(
-        {options.number("-size"), fullscreen, options.number("-position")}, area);
+    const Frame frame = wa_initial_frame(options, area);
     const Size size = wa_shown_size(frame.size, area);
     report.ok("window",
         shown(size.width, " x ", size.height) + " at "
@@ -231,18 +265,18 @@ void examine_window(const Options& options, Report& report)
 
 } // namespace
 
-void examine_run(Report& report)
+void examine_run(bool prints, Report& report)
 {
     if (g_Witness.loadsPlugin) {
         examine_loaded_library(report);
         examine_loaded_plugin(report);
     }
-    const Options options = run_options();
-    examine_options(options, report);
-    examine_values(options, report);
-    examine_query(options, report);
-    examine_start_page(options, report);
-    examine_icon(options, report);
-    examine_store(options, report);
-    examine_window(options, report);
+    const Run run = {.prints = prints};
+    examine_options(run, report);
+    examine_values(run, report);
+    examine_query(run.arguments, report);
+    examine_start_page(run, report);
+    examine_icon(run.options, report);
+    examine_store(run, report);
+    examine_window(run.options.frame, report);
 }

@@ -7,6 +7,7 @@
 #include "tools/Doctor.h"
 #include "tools/Child.h"
 #include "tools/Witness.h"
+#include "webapp/Options.h"
 #include "webapp/ShellState.h"
 
 #include <cstdio>
@@ -54,20 +55,21 @@ fs::path program_of(const fs::path& library)
 }
 
 /// Examines the installation for the process arguments.
-int examine(const std::string& program)
+int examine(const std::string& program, bool prints)
 {
     Report report;
     examine_installation(program, report);
     examine_plugin_files(report);
-    const std::string end = run_in_child(kPluginSeconds, report, [](Step& step, Report& child) {
-        step.begin("the plug-in, while the window's process would use it");
-        g_Witness.loadsPlugin = true;
-        examine_run(child);
-    });
+    const std::string end
+        = run_in_child(kPluginSeconds, report, [prints](Step& step, Report& child) {
+              step.begin("the plug-in, while the window's process would use it");
+              g_Witness.loadsPlugin = true;
+              examine_run(prints, child);
+          });
     if (!end.empty()) {
         report.wrong("plug-in of the window", end + "; ask tovik-plugin-check");
         if (!report.has("display")) { // the last thing that is told there
-            examine_run(report);
+            examine_run(prints, report);
         }
     }
     examine_surroundings(report);
@@ -128,12 +130,16 @@ int main(int argc, char** argv)
             return run(argc, argv);
         }
         g_Witness.module = argv[2];
-        std::vector<char*> arguments(argv, argv + argc + 1);
+        std::vector<char*> arguments(argv, argv + argc);
         arguments.erase(arguments.begin() + 1, arguments.begin() + 3);
-        g_ARGC = argc - 2;
+        const bool prints = std::erase_if(arguments, [](const char* word) {
+            return std::strcmp(word, option("--print").name) == 0;
+        }) > 0;
+        g_ARGC = static_cast<int>(arguments.size());
+        arguments.push_back(nullptr);
         g_ARGV = arguments.data();
         g_Verbose = kNoTrace;
-        return examine(arguments[0]);
+        return examine(arguments[0], prints);
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "tovik-doctor: %s\n", failure.what());
         return kCannotTell;

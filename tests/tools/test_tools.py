@@ -81,13 +81,17 @@ class Tools(Shell):
         lib = self.install("newer")
         self.page("exit('OK', 'here')", lib / "index.html")
         doctor = shutil.copy(BUILD / "bin/tovik-doctor", self.dir / "opt/bin")
-        page, store = self.page(""), ("-store", self.store)
+        page, store = self.page("", "a #.html"), ("-store", self.store)
+        self.page("", "ui/p.html")
+        ui, two = f"{self.dir}/ui/", self.dir / "two/lib/libtovikgui.so"
 
-        for place in ("many", "a b/lib", "a#b/lib", "old/lib", "ab/lib"):
+        for place in ("many", "a b/lib", "a#b/lib", "old/lib", "ab/lib", "two/lib", "bin/lib",
+                      "\udcff"):
             shutil.copytree(lib, self.dir / place)
         many, spaced = self.dir / "many", self.dir / "a b/lib/libtovikgui.so"
         old = (self.dir / "old/lib/libtovikgui.so").rename(self.dir / "old/lib/libtovikgui.so.1")
         brand = (self.dir / "ab/lib/libtovikgui.so").rename(self.dir / "ab/lib/libab_gui.so")
+        shutil.copy(two, two.with_name("libabgui.so"))
         for i in range(10):
             (many / f"lib{i}.so").touch()
         for arguments, status, *texts in [
@@ -105,6 +109,21 @@ class Tools(Shell):
                 (("-root", many), 1, f"WRONG other libraries: 10 other libraries in {many}", "WRONG"
                  " root", f"WebKit opens {many}/libtovikgui.so", f"pages: {many}/libtovik.so"),
                 (("-root", f"{self.dir}/"), 1, "WRONG module: the library is not in"),
+                (("-root", "ui/", "a?b://c", "d://e?f", "-url", "p.html"), 1,
+                 f"WRONG root: ui/ is a relative path, so pages found there are not shown; use {ui}\n",
+                 "WRONG start page: file://ui/p.html is a path", "the query of d://e?f is not passed"),
+                (("-root", self.dir / "\udcff"), 1, "/\\xFF is not UTF-8, so pages have no Tovik"),
+                (("-url", "-icon"), 1, f"page: {lib}/ is a directory, whose files are listed; -url has",
+                 "WRONG icon: none, as -icon has no value"),
+                (("--print", "-store"), 1, "WRONG answer: -store has no value", 'options: "-store"\n'),
+                (("--print", "-store", "/dev/null"), 1, "WRONG answer: /dev/null is no regular file"),
+                (("-title", "Pay https://b/?a=1 now"), 1,
+                 'WRONG options: the page is given the query "a=1 now", from the value of -title'),
+                (("-url", page, "--version"), 1, "WRONG options: --version shows a text"),
+                (("--library", two), 1,
+                 f"WRONG other libraries: {two.with_name('libabgui.so')} is the library of another"),
+                (("--library", self.dir / "bin/lib/libtovikgui.so"), 1,
+                 f"WRONG program: {self.dir}/bin/bin/tovik has a directory bin further up"),
                 (("-plugin", PLUGINS / "five/libtovik.so"), 1, "WRONG plug-in of the window: ha"),
                 (("--library", spaced), 1, "WRONG program: the layout takes"),
                 (("--library", self.dir / "a#b/lib/libtovikgui.so"), 1, "WRONG start page: the pat"),
