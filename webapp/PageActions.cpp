@@ -24,6 +24,19 @@ const char* navigation_uri(WebKitPolicyDecision* decision)
 }
 
 void exit_action(const char* status, const char* response)
+/// Sets the smallest size that the view can be given. A scrolled window needs no more than its
+/// scroll bars, whatever its content asks for, so it is given the same minimum.
+void set_minimum_size(GtkWidget* view, int width, int height)
+{
+    gtk_widget_set_size_request(view, width, height);
+    GtkWidget* ancestor = gtk_widget_get_ancestor(view, GTK_TYPE_SCROLLED_WINDOW);
+    if (ancestor != nullptr) {
+        GtkScrolledWindow* scrolled = GTK_SCROLLED_WINDOW(ancestor);
+        gtk_scrolled_window_set_min_content_width(scrolled, width);
+        gtk_scrolled_window_set_min_content_height(scrolled, height);
+    }
+}
+
 {
     wa_trace("   Status  ", status == nullptr ? "[null]" : status);
     wa_trace("   Response", status == nullptr ? "[null]" : response);
@@ -128,7 +141,7 @@ void wa_web_action_Resize(unsigned int value, unsigned int percent)
     const int width = static_cast<int>(size.width);
     const int height = static_cast<int>(size.height);
     GtkWindow* window = GTK_WINDOW(g_MainWindow);
-    gtk_widget_set_size_request(GTK_WIDGET(g_WebView), width, height);
+    set_minimum_size(GTK_WIDGET(g_WebView), width, height);
     // A window that the user may not resize becomes no smaller than its default size.
     gtk_window_set_default_size(window, width, height);
     gtk_window_resize(window, width, height);
