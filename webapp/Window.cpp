@@ -2,6 +2,7 @@
 
 #include "bridge/WebBridge.h"
 #include "util/StringUtil.h"
+#include "webapp/OwnedObject.h"
 #include "webapp/PageActions.h"
 #include "webapp/ShellState.h"
 #include "webapp/Trace.h"
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -17,9 +19,13 @@ GtkWidget* create_window(const char* icon)
     if (icon == nullptr || tovik::_strcmp(icon, "none") == 0) {
         return gtk_window_new(GTK_WINDOW_TOPLEVEL);
     }
-    gtk_window_set_default_icon_from_file(icon, nullptr);
+    // GTK prints a warning about an unreadable icon unless the caller receives the error.
+    GError* error = nullptr;
+    gtk_window_set_default_icon_from_file(icon, &error);
+    const OwnedError ofDefault(std::exchange(error, nullptr));
     GtkWidget* window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
-    gtk_window_set_icon_from_file(GTK_WINDOW(window), icon, nullptr);
+    gtk_window_set_icon_from_file(GTK_WINDOW(window), icon, &error);
+    const OwnedError ofWindow(error);
     return window;
 }
 

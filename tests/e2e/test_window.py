@@ -49,6 +49,8 @@ class Window(Shell):
 
     def test_icon_comes_from_the_option_or_the_installation(self):
         lib, address, icon = self.install(), self.page(""), SOURCE / "examples/demo/logo.ico"
+        self.environment["G_DEBUG"] = "fatal-warnings"  # an unreadable icon gives none
+        (lib / "logo.ico").write_text("no icon")
         for options, count in [((), "0"), (("-icon", icon), "1"), (("-icon", "none"), "0"),
                                (("-icon",), "0"), ((), "1")]:
             self.start("-url", address, *options)
