@@ -163,7 +163,7 @@ void wa_web_action_Reload()
 {
     const char* query = nullptr;
     if (wa_get_url_arguments(&query) == 0) {
-        wa_open_view();
+        wa_open_view_again();
         return;
     }
     const OwnedText redirect = wa_redirect_of_query(query);

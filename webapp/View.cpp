@@ -7,6 +7,30 @@
 #include "webapp/ShellState.h"
 #include "webapp/Trace.h"
 
+namespace {
+
+using OwnedVariant = std::unique_ptr<GVariant, ReleaseWith<g_variant_unref>>;
+
+/// Gives the page the address `start` when it shows that one already, the fragment aside; to load
+/// what differs in the fragment alone would move the page to an anchor and load nothing.
+constexpr char kTakeStartAddress[] = "const page = url => url.split('#')[0];"
+                                     "const address = new URL(start).href;"
+                                     "if (page(address) === page(location.href)) {"
+                                     "    history.replaceState(null, '', address);"
+                                     "}";
+
+/// Loads the start page, whether the page has its address or not.
+void address_taken_cb(GObject* view, GAsyncResult* result, void*) noexcept
+{
+    GError* error = nullptr;
+    const OwnedObject<JSCValue> value(webkit_web_view_call_async_javascript_function_finish(
+        WEBKIT_WEB_VIEW(view), result, &error));
+    const OwnedError dropped(error);
+    wa_open_view();
+}
+
+} // namespace
+
 void wa_create_view(WebKitWebContext* context, const char* userAgent)
 {
     g_signal_connect(
@@ -58,6 +82,20 @@ void wa_open_view()
     } else if (g_URL) {
         webkit_web_view_load_uri(g_WebView, g_URL.get());
     }
+}
+
+void wa_open_view_again()
+{
+    const bool anchored = !g_Content && tovik::_strchr(g_URL.get(), '#') != nullptr;
+    if (!anchored || g_utf8_validate(g_URL.get(), -1, nullptr) == FALSE) {
+        wa_open_view();
+        return;
+    }
+    const OwnedVariant arguments(
+        g_variant_ref_sink(g_variant_new_parsed("{'start': <%s>}", g_URL.get())));
+    // In a world of its own, where the page cannot replace what the script calls.
+    webkit_web_view_call_async_javascript_function(g_WebView, kTakeStartAddress, -1,
+        arguments.get(), "tovik", nullptr, nullptr, address_taken_cb, nullptr);
 }
 
 gboolean wa_web_load_failed_tls_cb(WebKitWebView* view, char* failingUri,

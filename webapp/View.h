@@ -19,6 +19,10 @@ void wa_update_useragent(WebKitSettings* settings, const char* userAgent);
 /// Loads the start page into the view: g_Content as a local document, or else g_URL.
 void wa_open_view();
 
+/// wa_open_view() for a page that may have changed the fragment of its address: the start page is
+/// loaded, not merely an anchor of the page shown looked up. Returns at once.
+void wa_open_view_again();
+
 /// Handler of "load-failed-with-tls-errors": accepts the certificate for the host of the failing
 /// URI, its port included, and loads the start page again. TRUE when it did; FALSE leaves the
 /// failure to WebKit.

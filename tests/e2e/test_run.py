@@ -37,11 +37,15 @@ class Run(Shell):
         address = serve(self, PRELUDE + "exit('OK', location.protocol)</script>", certificate)
         self.assertEqual(self.run_host("-url", address), "https:")
 
-    def test_reload_ends_the_run_only_for_a_redirect(self):
-        self.page("location = 'tvk://reload'", "other.html")
-        again = self.page("if (window.name) { exit('OK', 'again ' + location.search); }"
-                          "else { window.name = 'seen'; location = 'other.html?x'; }")
-        self.assertEqual(self.run_host("-url", again), "again ")
+    def test_reload_loads_the_start_page_or_ends_the_run_for_a_redirect(self):
+        reload = "setTimeout(() => { location = 'tvk://reload'; })"
+        self.page(reload, "other.html")
+        for name, change in [("ü.html#a", "location.hash = 'b';" + reload), ("page.html#a", reload),
+                             ("page.html#a", "history.pushState(0, '', '#b');" + reload),
+                             ("page.html#a", "location = 'other.html?x'")]:
+            self.page("if (window.name) { exit('OK', location.search + location.hash); }"
+                      f"else {{ window.name = 'seen'; {change} }}", name[:-2])
+            self.assertEqual(self.run_host("-url", f"file://{self.dir}/{name}"), "#a")
         address = self.page("location = 'tvk://reload'; setTimeout(exit, 500, 'OK', 'on')")
         self.assertEqual(self.run_host("x://y?other=1", "-url", address), "on")
         self.assertEqual(self.run_host("-url", address + "?redirect=nowhere"), "CKR_CANCEL")
