@@ -62,9 +62,6 @@ int Main(int argc, char** argv) noexcept
     g_Response.reset();
     g_URL.reset();
     g_Content.reset();
-    // The host may go on, even with a main loop of its own, and so may the page; nothing of this
-    // run is there for it any more.
-    g_MainWindow = nullptr;
     g_ARGC = 0;
     g_ARGV = nullptr;
     return 0;

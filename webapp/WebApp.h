@@ -13,6 +13,7 @@ TOVIK_EXPORT int EntryAdmin(void* first, void* second, const char* commandLine) 
 /// Runs the user-interface process: shows the window that the options ask for, runs the main loop
 /// until the page or the user ends it, and writes the result file. The first argument is the
 /// program's path. The arguments stay the caller's and are used as long as Main() runs; it runs
-/// once per process. Always 0: the outcome is in the result file.
+/// once per process. Once it has returned, neither the window nor its page ends a main loop of the
+/// caller. Always 0: the outcome is in the result file.
 TOVIK_EXPORT int Main(int argc, char** argv) noexcept;
 }

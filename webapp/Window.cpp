@@ -100,6 +100,9 @@ void wa_gui_show(GtkWidget* content, const char* icon, const char* title, unsign
         usleep(wait * 1000);
     }
     run_window(GTK_WINDOW(g_MainWindow), {x, y}, resizing, system);
+    // The host may go on, even with a main loop of its own, and so may the window and its page;
+    // without a window here, neither ends that loop.
+    g_MainWindow = nullptr;
 }
 
 void wa_gui_end(void*)
@@ -140,5 +143,7 @@ void wa_bridge_cleanup()
 
 void wa_destroy_cb(GtkWidget*, void*) noexcept
 {
-    gtk_main_quit();
+    if (g_MainWindow != nullptr) {
+        gtk_main_quit();
+    }
 }

@@ -34,11 +34,11 @@ void wa_gui_screen_size(unsigned int* width, unsigned int* height);
 /// wa_gui_screen_size() as one value.
 Size wa_work_area();
 
-/// Has the destruction of `window`, a GtkWindow, end the main loop.
+/// Has the destruction of `window`, a GtkWindow, end the main loop of the window's run.
 void wa_bridge_prepare_window(void* window);
 
 /// Releases the plug-in that this process loaded.
 void wa_bridge_cleanup();
 
-/// Handler of "destroy" of the window: ends the main loop.
+/// Handler of "destroy" of the window: ends the main loop as long as the window's run lasts.
 void wa_destroy_cb(GtkWidget* widget, void* data) noexcept;

@@ -9,6 +9,18 @@ from shell import BUILD, PRELUDE, SANITIZER, SOURCE, Shell
 COUNT = PRELUDE + ("fetch('/count').then(r => r.text())"
                    ".then(text => exit('OK', text + location.search))</script>")
 
+# Runs, then closes the window in a loop of its own while the page goes on to act.
+OWN_LOOP = """import ctypes, sys
+lib, pointer = ctypes.CDLL(sys.argv[1]), ctypes.c_void_p
+lib.gtk_window_list_toplevels.restype = ctypes.POINTER(pointer)
+lib.EntryAdmin(None, None, " ".join(sys.argv[1:]).encode())
+window = pointer(lib.gtk_window_list_toplevels()[0])
+steps = iter((lambda: lib.gtk_widget_destroy(window), lambda: print("went on"), lib.gtk_main_quit))
+step = ctypes.CFUNCTYPE(ctypes.c_int)(lambda: next(steps)() or 1)
+lib.g_timeout_add(300, step, None)
+lib.gtk_main()
+"""
+
 
 class Run(Shell):
     def test_server_sees_user_agent_and_query(self):
@@ -106,6 +118,11 @@ class Run(Shell):
             self.assertEqual(self.finish(), "undefined")
         self.assertTrue(self.trace.startswith(
             "App - 0: tovik\nApp - 1: -verbose\nApp - 2: -title\nApp - 3: a b\n"), self.trace)
+
+    def test_host_with_a_main_loop_of_its_own_goes_on(self):
+        self.start("-url", self.page("setInterval(exit, 20)"),
+                   command=["python3", "-c", OWN_LOOP, BUILD / "lib/libtovikgui.so"])
+        self.assertEqual((self.finish(), self.trace), ("undefined", "went on\n"))
 
     def test_scripts_and_redirects_leave_the_shell(self):
         for name, text in ((".install", "hidden"), ("install", "plain"),
