@@ -1,5 +1,6 @@
 #include "util/Desktop.h"
 
+#include "util/FreshProcess.h"
 #include "util/Layout.h"
 #include "util/StringUtil.h"
 
@@ -21,7 +22,7 @@ pid_t start(const char* program, const char* argument)
 {
     const pid_t child = fork();
     if (child == 0) {
-        setsid();
+        become_fresh_process();
         execl(program, program, argument, static_cast<char*>(nullptr));
         _exit(0);
     }

@@ -1,5 +1,6 @@
 #include "webapp/PageActions.h"
 
+#include "util/FreshProcess.h"
 #include "util/StringUtil.h"
 #include "util/Utility.h"
 #include "webapp/ShellState.h"
@@ -23,7 +24,6 @@ const char* navigation_uri(WebKitPolicyDecision* decision)
     return webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
 }
 
-void exit_action(const char* status, const char* response)
 /// Sets the smallest size that the view can be given. A scrolled window needs no more than its
 /// scroll bars, whatever its content asks for, so it is given the same minimum.
 void set_minimum_size(GtkWidget* view, int width, int height)
@@ -37,6 +37,7 @@ void set_minimum_size(GtkWidget* view, int width, int height)
     }
 }
 
+void exit_action(const char* status, const char* response)
 {
     wa_trace("   Status  ", status == nullptr ? "[null]" : status);
     wa_trace("   Response", status == nullptr ? "[null]" : response);
@@ -184,7 +185,7 @@ void wa_web_action_Restart()
         return;
     }
     if (child == 0) {
-        setsid();
+        become_fresh_process();
         execv(arguments[0], arguments.get());
     }
     _exit(0);

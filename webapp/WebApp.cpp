@@ -1,5 +1,6 @@
 #include "webapp/WebApp.h"
 
+#include "util/FreshProcess.h"
 #include "util/Utility.h"
 #include "webapp/Options.h"
 #include "webapp/ResultFile.h"
@@ -54,6 +55,7 @@ int Main(int argc, char** argv) noexcept
 {
     g_ARGC = argc;
     g_ARGV = argv;
+    note_inherited_descriptors();
     // Without the arguments, of which GTK would take some for its own. A failure shows as a
     // missing display wherever one is needed.
     gtk_init_check(nullptr, nullptr);

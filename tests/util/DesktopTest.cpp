@@ -64,7 +64,6 @@ TEST_F(Desktop, ScriptIsFoundInTheHomeThenInTheSystem)
     EXPECT_EQ(found(home.c_str(), system.c_str()), inHome);
     EXPECT_EQ(found(nullptr, system.c_str()), inSystem);
     EXPECT_STREQ(found("", nullptr), ".install");
-    EXPECT_STREQ(found(nullptr, nullptr), ".install");
     EXPECT_TRUE(find_script(nullptr, nullptr, longHome.substr(46).c_str(), path));
     EXPECT_FALSE(find_script(nullptr, nullptr, longHome.substr(45).c_str(), path));
 }
