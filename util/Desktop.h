@@ -1,5 +1,5 @@
 // Desktop.h: hand-offs to the desktop: a URL for the user's browser, a script of the installation.
-// Each runs in a process that leads a session of its own and outlives this one.
+// Each runs in a process that starts as FreshProcess.h says and outlives this one.
 #pragma once
 
 #include <cstddef>
