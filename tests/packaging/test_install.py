@@ -63,7 +63,7 @@ class Install(Installed):
         (self.dir / "there").mkdir()
         (self.dir / "there/dangling").symlink_to("none")
         for arguments, fault in [
-                (("abcdef", "new"), "no brand"), (("AB", "new"), "no brand"), (("x1", "new"), "no b"),
+                (("abcdef", "new"), "no brand"), (("AB", "new"), "no brand"), (("x1", "new"), "brand"),
                 (("setup", "new"), "no brand"), (("a", "new"), "no brand"), (("ab",), "needs a brand"),
                 (("ab", "there"), "there already"), (("ab", "a b"), "space"),
                 (("ab", "new", "--prefix", "/opt/bin/ab"), '"bin"'), (("ab", "new", "-x"), "option"),
