@@ -1,4 +1,5 @@
 """The answer on the host's standard output."""
+import os
 import signal
 
 from server import serve
@@ -20,7 +21,7 @@ class Print(Shell):
         self.assertEqual(list(self.runtime.glob("tovik-*")), [], "left behind")
 
     def test_answer_is_printed_and_tells_the_exit_status(self):
-        self.environment["PATH"] += f":{self.install() / '../bin'}"
+        self.environment["PATH"] = f"{self.install() / '../bin'}:{os.environ['PATH']}"
         answer, older = self.page("exit('OK', 'a b\\n')"), self.dir / "older"
         older.write_text("an older answer")
         for status, output, errors, *arguments in [

@@ -7,6 +7,7 @@ import pathlib
 import re
 import shutil
 import subprocess
+import sys
 
 from server import serve
 from shell import BUILD, PATIENCE, SOURCE, Shell
@@ -31,7 +32,7 @@ URLS = [
 SURROGATES = "Tovik.EnumProperty('x\\ud800y\\udc00', 'é\\u{1f600}')"
 ASKED = [("exit('OK', 'a é')", "answer: a é", {}), ("exit('ERR')", "answer: ERR", {}),
          ("exit('')", "cancelled", {}), ("exit('OK')", "no answer", {"DISPLAY": "none"}),
-         ("exit('OK')", "no answer", {"PATH": os.environ["PATH"]})]
+         ("exit('OK')", "no answer", {"PATH": "/none"})]
 
 
 class Sdk(Shell):
@@ -104,7 +105,7 @@ class Sdk(Shell):
         for name in ("ask", "late"):
             self.ask(f"cd {self.sdk} && {strict} {name}.c c/tovik_dialog.c -o {name}")
         everything = self.environment
-        for command in (["python3", "ask.py"], ["./ask"]):
+        for command in ([sys.executable, "ask.py"], ["./ask"]):
             for script, output, missing in ASKED:
                 self.environment = everything | missing
                 printed = self.called(command, self.page(script))
@@ -112,7 +113,7 @@ class Sdk(Shell):
             self.environment = everything
             address = serve(self, RESTART % "exit('OK', text.split(' ')[0])") + "/page"
             self.assertEqual(self.called(command, address), "answer: 2\n")
-        for command in (["python3", "late.py"], ["./late"]):
+        for command in ([sys.executable, "late.py"], ["./late"]):
             self.assertIn("no answer in ", self.called(command, self.page("")))
             self.until(lambda: not self.ask("xdotool search --class tovik"))
 
