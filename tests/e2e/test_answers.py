@@ -1,4 +1,6 @@
 """How a page's answer reaches the result file."""
+import time
+
 from shell import Shell
 
 FORM = "document.body.innerHTML = `<form %s>%s</form>`; document.forms[0].submit()"
@@ -10,6 +12,7 @@ ANSWERS = [
     ("location = 'tvk://exit?status=ok&response=abc'", "ok"),
     ("exit('OK', 'é€\U0001f600 a+b&c=d%')", "é€\U0001f600 a+b&c=d%"),
     ("location = 'tvk://exit?status=OK&response=a#b'", "a#b"),
+    ("exit('OK', document.execCommand('paste'))", "true"),
     # WebKit lower-cases the scheme of a navigation.
     ("location = 'TVK://exit?status=OK&response=abc'", "abc"),
     ("document.body.innerHTML = '<iframe src=\"tvk://exit?status=OK\"></iframe>'", "OK"),
@@ -32,7 +35,10 @@ class Answers(Shell):
 
     def test_run_is_traced(self):
         address = self.page("location = 'tvk://exit?response=x'")
-        self.run_host("-url", address, "-verbose", "-position", "0x000A0014", "-useragent", "A/1")
+        start = time.monotonic()
+        self.run_host("-url", address, "-verbose", "-position", "0x000A0014", "-useragent", "A/1",
+                      "-wait", "2000")
+        self.assertGreater(time.monotonic() - start, 2)
         self.assertEqual(self.trace, f"""App - UserAgent: A/1
 App - URL: {address}
 App - Screen size 0x05000400

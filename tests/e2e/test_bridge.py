@@ -91,6 +91,10 @@ class Bridge(Shell):
         for plugin, result in ((None, "undefined"), ("failing", "object0"), ("five", "object0")):
             self.install(plugin)
             self.assertEqual(self.run_host("-url", self.page(script)), result, plugin)
+        # Beside this library, the path of the plug-in would be too long.
+        root = shutil.copytree(self.install("newer", name="libab.so"), f"{self.dir}/{'x' * 250}"[:251])
+        shutil.move(f"{root}/libtovikgui.so", f"{root}/ab_.so")
+        self.assertEqual(self.run_host("-url", self.page(script), "-root", root), "object0")
 
     def test_plugin_may_appear_later(self):
         root, late = self.install(), self.dir / "late"
@@ -125,11 +129,13 @@ class Bridge(Shell):
     def test_another_brand_finds_its_own_files(self):
         lib = self.install("older", "libab_gui.so", "libab.so")
         (lib / "ab.conf").touch()
-        host = ("import ctypes, sys; a = [x.encode() for x in sys.argv[1:]];"
-                "ctypes.CDLL(sys.argv[1]).Main(len(a), (ctypes.c_char_p * (len(a) + 1))(*a))")
+        host = ("import ctypes, os, sys; a = [x.encode() for x in sys.argv[1:]];"
+                "ctypes.CDLL(sys.argv[1]).Main(len(a), (ctypes.c_char_p * (len(a) + 1))(*a));"
+                "print(open(os.environ['TEST_PLUGIN_LOG']).read())")
         self.start("-root", f"{lib}/", "-url", self.page("exit('OK', Tovik.Invoke('abc'))"),
                    "-config", "own.conf", command=["python3", "-c", host, lib / "libab_gui.so"])
         self.assertEqual(self.finish(), "3")
+        self.assertIn("finalize\n", self.trace)
         log = self.log()
         self.assertIn(f"older initialize null {lib}/ab.conf own.conf null\n", log)
         self.assertIn(f"older initialize null {lib}/ab.conf null null\n", log)

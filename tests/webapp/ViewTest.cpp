@@ -1,4 +1,4 @@
-// The handlers that no page brings about while TLS errors are ignored, called directly.
+// What no page brings about while TLS errors are ignored and there is one window, called directly.
 #include "webapp/View.h"
 
 #include "tests/support/TempDirectory.h"
@@ -8,6 +8,18 @@
 #include "webapp/Window.h"
 
 #include <gtest/gtest.h>
+
+namespace {
+
+std::string g_AllowedHost;
+
+} // namespace
+
+extern "C" void __wrap_webkit_web_context_allow_tls_certificate_for_host(
+    WebKitWebContext*, GTlsCertificate*, const char* host)
+{
+    g_AllowedHost = host;
+}
 
 TEST(TlsFailure, AllowsTheCertificateAndLoadsTheStartPageAgain)
 {
@@ -28,10 +40,25 @@ TEST(TlsFailure, AllowsTheCertificateAndLoadsTheStartPageAgain)
     };
     EXPECT_FALSE(fails("no scheme"));
     EXPECT_EQ(webkit_web_view_get_uri(g_WebView), nullptr);
-    for (const char* uri : {"https://host:8443/path", "https://host", "://"}) {
+    for (const auto& [uri, host] :
+        {std::pair("https://host:8443/path", "host:8443"), {"https://host", "host"}, {"://", ""}}) {
         webkit_web_view_load_uri(g_WebView, "about:srcdoc");
         EXPECT_TRUE(fails(uri)) << uri;
         EXPECT_STREQ(webkit_web_view_get_uri(g_WebView), "about:blank") << uri;
+        EXPECT_EQ(g_AllowedHost, host);
     }
-    EXPECT_TRUE(wa_web_authenticate_cb(g_WebView, nullptr, nullptr));
+}
+
+TEST(Window, HasAnIconThatLaterWindowsHaveToo)
+{
+    ASSERT_TRUE(gtk_init_check(nullptr, nullptr)) << "run it under xvfb-run";
+    const auto quit = [](void*) {
+        gtk_main_quit();
+        return G_SOURCE_REMOVE;
+    };
+    g_idle_add(quit, nullptr);
+    wa_gui_show(wa_gui_start("agent"), ICON, "title", 0, 0, 320, 512, 0, 0, 0);
+    GList* icons = gtk_window_get_default_icon_list();
+    EXPECT_NE(icons, nullptr);
+    g_list_free(icons);
 }
