@@ -129,9 +129,13 @@ class Bridge(Shell):
     def test_another_brand_finds_its_own_files(self):
         lib = self.install("older", "libab_gui.so", "libab.so")
         (lib / "ab.conf").touch()
-        host = ("import ctypes, os, sys; a = [x.encode() for x in sys.argv[1:]];"
-                "ctypes.CDLL(sys.argv[1]).Main(len(a), (ctypes.c_char_p * (len(a) + 1))(*a));"
-                "print(open(os.environ['TEST_PLUGIN_LOG']).read())")
+        # After the run, in which the plug-in has gone, nobody reads the arguments.
+        host = ("import ctypes, os, sys; lib = ctypes.CDLL(sys.argv[1]);"
+                "a = [x.encode() for x in sys.argv[1:]]; argv = (ctypes.c_char_p * (len(a) + 1))(*a);"
+                "lib.Main(len(a), argv); print(open(os.environ['TEST_PLUGIN_LOG']).read());"
+                "ctypes.memset(argv, 1, 8); lib.webkit_web_context_get_default.restype = ctypes.c_void_p;"
+                "lib.g_signal_emit_by_name(ctypes.c_void_p(lib.webkit_web_context_get_default()),"
+                " b'initialize-web-extensions')")
         self.start("-root", f"{lib}/", "-url", self.page("exit('OK', Tovik.Invoke('abc'))"),
                    "-config", "own.conf", command=["python3", "-c", host, lib / "libab_gui.so"])
         self.assertEqual(self.finish(), "3")
