@@ -43,13 +43,15 @@ class Shell(unittest.TestCase):
                 "LSAN_OPTIONS": "use_tls=0:exitcode=0"}
         self.addCleanup(self.check_sanitizer_logs)
         read, write = os.pipe()
-        self.spawn(["Xvfb", "-displayfd", str(write), "-noreset", "-nolisten", "tcp", "-screen",
-                    "0", self.screen + "x24"], pass_fds=[write], stderr=subprocess.DEVNULL)
+        self.display = self.spawn(
+            ["Xvfb", "-displayfd", str(write), "-noreset", "-nolisten", "tcp", "-screen", "0",
+             self.screen + "x24"], pass_fds=[write], stderr=subprocess.DEVNULL)
         os.close(write)
         with open(read, encoding="ascii") as number:
             self.environment["DISPLAY"] = ":" + number.readline().strip()
         if self.window_manager:
-            self.spawn(["openbox"], env=self.desktop(), stdout=subprocess.DEVNULL,
+            own = {name: self.environment[name] for name in ("DISPLAY", "HOME")}
+            self.spawn(["openbox"], env=os.environ | own, stdout=subprocess.DEVNULL,
                        stderr=subprocess.DEVNULL)
             self.until(lambda: "window id" in self.ask("xprop -root _NET_SUPPORTING_WM_CHECK"))
 

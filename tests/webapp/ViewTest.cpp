@@ -52,11 +52,7 @@ TEST(TlsFailure, AllowsTheCertificateAndLoadsTheStartPageAgain)
 TEST(Window, HasAnIconThatLaterWindowsHaveToo)
 {
     ASSERT_TRUE(gtk_init_check(nullptr, nullptr)) << "run it under xvfb-run";
-    const auto quit = [](void*) {
-        gtk_main_quit();
-        return G_SOURCE_REMOVE;
-    };
-    g_idle_add(quit, nullptr);
+    g_idle_add_once([](void*) { gtk_main_quit(); }, nullptr);
     wa_gui_show(wa_gui_start("agent"), ICON, "title", 0, 0, 320, 512, 0, 0, 0);
     GList* icons = gtk_window_get_default_icon_list();
     EXPECT_NE(icons, nullptr);
