@@ -26,7 +26,9 @@ if [ $# -eq 0 ]; then
 elif [[ $1 == *://* ]]; then
     words=(-url "$@")
 else
-    words=(-url "file://$(realpath "$1")" "${@:2}")
+    # These have a meaning of their own in a URL.
+    path=$(realpath -- "$1" | sed 's/%/%25/g; s/#/%23/g; s/?/%3F/g')
+    words=(-url "file://$path" "${@:2}")
 fi
 
 result=$(mktemp -d)

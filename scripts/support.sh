@@ -9,7 +9,7 @@ output=$(cmake --preset release 2>&1 && cmake --build --preset release --target 
     exit 1
 }
 tovik=$PWD/build/release/demo/bin/tovik
-page=file://$PWD/examples/form/index.html
+page=file://$(sed 's/%/%25/g; s/#/%23/g; s/?/%3F/g' <<<"$PWD/examples/form/index.html")
 
 scratch=$(mktemp -d)
 started=()

@@ -73,7 +73,7 @@ def pages(stage, display, rounds):
     encoded = stage.library.parent / "page.base64"
     for size in PAGE_SIZES:
         file.write_bytes(page_of(size))
-        command = stage.host_command(f"file://{file}")
+        command = stage.host_command(file.as_uri())
         by_file[size] = median_run(stage, display, rounds, command, [])
         encoded.write_bytes(base64.b64encode(file.read_bytes()))
         by_plugin[size] = median_run(stage, display, rounds, stage.host_command("res://page"), [])

@@ -40,7 +40,7 @@ class Stage:
         }
 
     def page_url(self, name, query=""):
-        return f"file://{self.pages / name}{query}"
+        return (self.pages / name).as_uri() + query
 
     def host_command(self, url, *options):
         return [self.host, *options, "-url", url, "-store", self.answer]

@@ -27,6 +27,8 @@ class Guides(Installed):
         self.assertRegex(self.follow("README.md"), r"OK    brand: ab\n(.*\n)*signed by \w*a\n$")
 
     def test_pages_guide(self):
+        self.dir /= "50%25 #1?"  # of which its commands make a URL
+        self.dir.mkdir()
         self.assertRegex(self.follow("docs/pages.md"), r"^\w*a\n$")
 
     def test_plugins_guide(self):

@@ -62,6 +62,8 @@ class Install(Installed):
     def test_product_refuses_what_could_not_work(self):
         (self.dir / "there").mkdir()
         (self.dir / "there/dangling").symlink_to("none")
+        (self.dir / "out").mkdir()
+        (self.dir / "out/secret").symlink_to("/etc/passwd")
         for arguments, fault in [
                 (("abcdef", "new"), "no brand"), (("AB", "new"), "no brand"), (("x1", "new"), "brand"),
                 (("setup", "new"), "no brand"), (("a", "new"), "no brand"), (("ab",), "needs a brand"),
@@ -71,6 +73,9 @@ class Install(Installed):
                 (("ab", "new", "--plugin", "none"), "no file none"), (("ab", "new", "--title", "a\n"),
                  "control character"), (("ab", "new", "--title", "-x"), 'begins with "-"'),
                 (("ab", "a#b"), "one of"), (("ab", "there/new", "--pages", "."), "of the pages"),
+                (("ab", "new", "--pages", "out"), "the link out/secret leads out of the folder"),
+                (("ab", "new", "--prefix", self.library.parents[1]), "one product, one directory"),
+                (("ab", "new", "--plugin", self.library), "one product, one directory"),
                 (("ab", "new", "--pages", "there"), "there/./dangling")]: # half made, and removed
             printed = self.do("tovik-product", *arguments, status=2)
             self.assertIn(fault, printed)
