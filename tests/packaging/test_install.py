@@ -73,7 +73,7 @@ class Install(Installed):
                 (("ab", "new", "--plugin", "none"), "no file none"), (("ab", "new", "--title", "a\n"),
                  "control character"), (("ab", "new", "--title", "-x"), 'begins with "-"'),
                 (("ab", "a#b"), "one of"), (("ab", "there/new", "--pages", "."), "of the pages"),
-                (("ab", "new", "--pages", "out"), "the link out/secret leads out of the folder"),
+                (("ab", "new", "--pages", "out"), "out/secret leads out of the folder"),
                 (("ab", "new", "--prefix", self.library.parents[1]), "one product, one directory"),
                 (("ab", "new", "--plugin", self.library), "one product, one directory"),
                 (("ab", "new", "--pages", "there"), "there/./dangling")]: # half made, and removed
