@@ -11,7 +11,7 @@ packages=(
     xvfb xauth xdotool imagemagick xdg-utils
     # testing
     libgtest-dev libgmock-dev openbox x11-utils clang-format clang-tidy python3 openssl
-    clang libclang-rt-14-dev gcovr valgrind
+    clang libclang-rt-14-dev lld gcovr valgrind
     chromium node-typescript dbus at-spi2-core gir1.2-atspi-2.0 python3-gi
     # checking the documents
     codespell mandoc

@@ -25,7 +25,7 @@ template <typename Unit> long long folded(Unit c)
     return value >= 'A' && value <= 'Z' ? value + 32 : value;
 }
 
-template <typename Unit> std::size_t length_of(const Unit* s)
+std::size_t length_of(const wchar_t* s)
 {
     std::size_t length = 0;
     if (s != nullptr) {
@@ -36,7 +36,7 @@ template <typename Unit> std::size_t length_of(const Unit* s)
     return length;
 }
 
-template <typename Unit> const Unit* find_first(const Unit* s, Unit c)
+const wchar_t* find_first(const wchar_t* s, wchar_t c)
 {
     if (s == nullptr) {
         return nullptr;
@@ -49,7 +49,7 @@ template <typename Unit> const Unit* find_first(const Unit* s, Unit c)
     return nullptr;
 }
 
-template <typename Unit> const Unit* find_last(const Unit* s, Unit c)
+const wchar_t* find_last(const wchar_t* s, wchar_t c)
 {
     for (std::size_t i = length_of(s); i > 0; --i) {
         if (s[i - 1] == c) {
@@ -69,7 +69,7 @@ template <typename Unit> bool starts_with(const Unit* s, const Unit* prefix)
     return true;
 }
 
-template <typename Unit> const Unit* find_text(const Unit* haystack, const Unit* needle)
+const wchar_t* find_text(const wchar_t* haystack, const wchar_t* needle)
 {
     if (haystack == nullptr || needle == nullptr || *needle == 0) {
         return nullptr;
@@ -81,9 +81,6 @@ template <typename Unit> const Unit* find_text(const Unit* haystack, const Unit*
     }
     return nullptr;
 }
-
-// Narrow texts are read by blocks, which AddressSanitizer takes for reads behind their ends.
-#ifndef __SANITIZE_ADDRESS__
 
 std::size_t length_of(const char* s)
 {
@@ -149,13 +146,17 @@ const char* find_among(const TextBlocks& blocks, Places places, const char* pref
 
 const char* find_text(const char* haystack, const char* needle)
 {
-    if (haystack == nullptr || needle == nullptr || needle[0] == 0) {
+    if (haystack == nullptr || needle == nullptr) {
+        return nullptr;
+    }
+    // Constructed first, for it makes the compiler forget what has been read of the needle by then.
+    TextBlocks blocks(haystack);
+    if (needle[0] == 0) {
         return nullptr;
     }
     if (needle[1] == 0) {
         return find_first(haystack, needle[0]);
     }
-    TextBlocks blocks(haystack);
     while (blocks.find(0) == 0) {
         // The second character leaves only few places, for each costs a branch guessed wrongly.
         const Places pairs = blocks.find_pair(needle[0], needle[1]);
@@ -167,8 +168,6 @@ const char* find_text(const char* haystack, const char* needle)
     }
     return find_among(blocks, blocks.find(needle[0]) & (blocks.find(0) - 1), needle);
 }
-
-#endif
 
 template <typename Unit> Unit* copy_bounded(Unit* dst, const Unit* src, std::size_t n)
 {
@@ -235,7 +234,7 @@ template <typename Unit> int compare_folded(const Unit* a, const Unit* b, std::s
 
 /// Candidate positions of a needle: one more than the last position where it may stand; 0 when it
 /// cannot be found at all.
-template <typename Unit> std::size_t candidates(const Unit* haystack, const Unit* needle)
+std::size_t candidates(const char* haystack, const char* needle)
 {
     const std::size_t room = length_of(haystack);
     const std::size_t length = length_of(needle);
@@ -271,7 +270,7 @@ const wchar_t* _strchr(const wchar_t* s, wchar_t c)
 }
 wchar_t* _strchr(wchar_t* s, wchar_t c)
 {
-    return const_cast<wchar_t*>(find_first<wchar_t>(s, c));
+    return const_cast<wchar_t*>(find_first(s, c));
 }
 
 const char* _strrchr(const char* s, char c)
@@ -288,7 +287,7 @@ const wchar_t* _strrchr(const wchar_t* s, wchar_t c)
 }
 wchar_t* _strrchr(wchar_t* s, wchar_t c)
 {
-    return const_cast<wchar_t*>(find_last<wchar_t>(s, c));
+    return const_cast<wchar_t*>(find_last(s, c));
 }
 
 char* _strcpy(char* dst, const char* src)
@@ -377,7 +376,7 @@ const wchar_t* _strstr(const wchar_t* haystack, const wchar_t* needle)
 
 wchar_t* _strstr(wchar_t* haystack, const wchar_t* needle)
 {
-    return const_cast<wchar_t*>(find_text<wchar_t>(haystack, needle));
+    return const_cast<wchar_t*>(find_text(haystack, needle));
 }
 
 const char* _strrstr(const char* haystack, const char* needle)
