@@ -172,15 +172,14 @@ bool number2string(long value, char* buffer, unsigned long capacity)
 
 bool replace_text(char* text, unsigned long capacity, const char* find, const char* replacement)
 {
-    const std::size_t length = tovik::_strlen(text);
-    const std::size_t findLength = tovik::_strlen(find);
-    const std::size_t replacementLength = tovik::_strlen(replacement);
-    // Sums on both sides, because the plain difference may fall below zero.
-    if (length + replacementLength >= capacity + findLength) {
-        return false;
-    }
     char* found = tovik::_strstr(text, find);
     if (found == nullptr) {
+        return false;
+    }
+    const std::size_t findLength = tovik::_strlen(find);
+    const std::size_t replacementLength = tovik::_strlen(replacement);
+    // What was found is part of the text, so the difference is not below zero.
+    if (tovik::_strlen(text) - findLength + replacementLength >= capacity) {
         return false;
     }
     char* rest = found + findLength;

@@ -48,11 +48,12 @@ void _memset(void* dst, unsigned char value, std::size_t n)
 
 void _memmove(void* dst, void* src, std::size_t n)
 {
-    if (!overtakes(dst, src, n)) {
-        _memcpy(dst, src, n);
+    // Null first: as an address it may be overtaken like any other.
+    if (dst == nullptr || src == nullptr || dst == src) {
         return;
     }
-    if (src == nullptr || dst == src) {
+    if (!overtakes(dst, src, n)) {
+        _memcpy(dst, src, n);
         return;
     }
     auto* to = static_cast<unsigned char*>(dst);

@@ -3,6 +3,8 @@
 
 #include "util/MemoryUtil.h"
 
+#include <cstdint>
+
 namespace tovik {
 namespace {
 
@@ -13,6 +15,13 @@ char* copied(const char* s, std::size_t length)
     _memcpy(text, s, length);
     text[length] = 0;
     return text;
+}
+
+/// Units of an array for `n` characters and a terminator. The largest count has no such number, and
+/// is passed on as it is: an array of that size is refused as every other too large one.
+std::size_t bounded_capacity(std::size_t n)
+{
+    return n == SIZE_MAX ? n : n + 1;
 }
 
 char* concatenated(const char* const* parts, std::size_t count)
@@ -64,12 +73,12 @@ wchar_t* _strnew(const wchar_t* s)
 
 char* _strnew(const char* s, std::size_t n)
 {
-    return s == nullptr ? nullptr : _strncpy(new char[n + 1], s, n);
+    return s == nullptr ? nullptr : _strncpy(new char[bounded_capacity(n)], s, n);
 }
 
 wchar_t* _strnew(const wchar_t* s, std::size_t n)
 {
-    return s == nullptr ? nullptr : _strncpy(new wchar_t[n + 1], s, n);
+    return s == nullptr ? nullptr : _strncpy(new wchar_t[bounded_capacity(n)], s, n);
 }
 
 char* _strnew(const char* text, const char* open, const char* close)

@@ -32,7 +32,8 @@ TEST(TextEditors, StayWithinTheCapacity)
     const std::tuple<unsigned long, const char*, const char*, const char*> rows[] = {
         {32, "NAME", "Bob", "Hello Bob!"}, {10, "NAME", "Bob", "Hello NAME!"},
         {32, "NAME", "my dear friend", "Hello my dear friend!"}, {32, "NAME", nullptr, "Hello !"},
-        {0, "Hello NAME!", "", "Hello NAME!"}, {32, "", "x", "Hello NAME!"}};
+        {0, "Hello NAME!", "", "Hello NAME!"}, {32, "", "x", "Hello NAME!"},
+        {ULONG_MAX, "NAME", "Bob", "Hello Bob!"}, {ULONG_MAX, "none", "Bob", "Hello NAME!"}};
     for (const auto& [capacity, find, replacement, result] : rows) {
         char text[64] = "Hello NAME!";
         EXPECT_EQ(

@@ -121,8 +121,8 @@ TEST(Memory, NullOperandsAreAnswered)
     EXPECT_EQ(_memcpy(nullptr, &byte, 1), nullptr);
     EXPECT_EQ(_memcpy(&byte, nullptr, 1), &byte);
     _memset(nullptr, 0, 1);
-    _memmove(nullptr, &byte, 1);
-    _memmove(&byte, nullptr, 1);
+    _memmove(nullptr, &byte, SIZE_MAX);
+    _memmove(&byte, nullptr, SIZE_MAX);
     EXPECT_EQ(byte, 'a');
     EXPECT_EQ(_memcmp(nullptr, &byte, 1), 0);
     EXPECT_EQ(_memcmp(&byte, nullptr, 1), 0);

@@ -93,6 +93,8 @@ TEST(NewStrings, HoldTheRequestedTexts)
     }
     EXPECT_EQ(taken(_strnew("a", 5)), "a");
     EXPECT_EQ(_strnew(kNull, 5), nullptr);
+    EXPECT_DEATH([]() noexcept { _strnew("a", SIZE_MAX); }(), "") << "no array is so large";
+    EXPECT_DEATH([]() noexcept { _strnew(L"a", SIZE_MAX); }(), "");
     EXPECT_EQ(_strnew(kNull), nullptr);
     const std::unique_ptr<wchar_t[]> wide(_strnew(L"abc", 2));
     EXPECT_STREQ(wide.get(), L"ab");
