@@ -33,11 +33,11 @@ TEST(InfoTexts, AreCutToTwoNumbers)
     check(wa_format_client_info,
         {{"Product;abc;0612,xyz", "Product/6.12"}, {"Product;abc;1003,xyz", "Product/10.3"},
             {"Product;abc;1000,xyz", "Product/10.0"}, {"Product;abc;0600,xyz", "Product/6.0"},
-            {"Product;abc;5,xyz", "Product/5."}, {"Product%3Babc%3b0612%2cxyz", "Product/6.12"},
+            {"Product;abc;5,xyz", "Product/5."}, {"Product%3Babc%3b9:99%2cxyz", "Product/9.99"},
             {"A+B;;x1x2,", "A B/1.2"}, {";;,", "/."}, {"Product;abc;0612", ""},
             {"Product;0612,x", ""}, {"", ""}, {nullptr, ""}});
     check(wa_format_system_info,
-        {{"Ubuntu 22.04.3 LTS;x86_64", "Ubuntu/22.04"}, {"Linux Mint 21.2;x", "Linux Mint/21.2"},
+        {{"Ubuntu 22.04.3 LTS;x86_64", "Ubuntu/22.04"}, {"Linux Mint 21.9;x", "Linux Mint/21.9"},
             {"macOS 10.15.7;x86_64", "macOS/10.15"}, {"Linux 6.1;x", "Linux/6."},
             {"Linux 6.;x", "Linux/6."}, {"Debian 12;x86_64", ""}, {"Ubuntu 22.04", ""},
             {"Ubuntu22.04;x", ""}, {nullptr, ""}});

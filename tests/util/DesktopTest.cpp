@@ -4,10 +4,13 @@
 
 #include <csignal>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <vector>
 
 namespace {
+
+std::string paths_asked_for;
 
 class Desktop : public testing::Test {
 protected:
@@ -31,6 +34,14 @@ protected:
 };
 
 } // namespace
+
+// The linker has the program ask this one.
+extern "C" int __real_stat(const char* path, struct stat* status);
+extern "C" int __wrap_stat(const char* path, struct stat* status)
+{
+    paths_asked_for += path + std::string(" ");
+    return __real_stat(path, status);
+}
 
 TEST_F(Desktop, UrlGoesToTheFirstOpenerThatExists)
 {
@@ -66,6 +77,10 @@ TEST_F(Desktop, ScriptIsFoundInTheHomeThenInTheSystem)
     EXPECT_STREQ(found("", nullptr), ".install");
     EXPECT_TRUE(find_script(nullptr, nullptr, longHome.substr(46).c_str(), path));
     EXPECT_FALSE(find_script(nullptr, nullptr, longHome.substr(45).c_str(), path));
+    setenv("HOME", "/h", 1);
+    paths_asked_for.clear();
+    wa_call_script("no-script", 1);
+    EXPECT_EQ(paths_asked_for, "/h/.tovik/no-script /etc/tovik/no-script ");
 }
 
 TEST_F(Desktop, ScriptIsWaitedForWithinTheBound)

@@ -60,6 +60,9 @@ TEST_F(Layout, KnowsItsOwnPlace)
     EXPECT_EQ(output("bash -c 'exec -a cat opt/bin/tovik application'"),
         "1|" + fs::canonical("/usr/bin/cat").string());
     EXPECT_EQ(output("bash -c 'exec -a nowhere opt/bin/tovik application'"), "1|nowhere");
+    const std::string longName(300, 'x'); // would not fit behind "/usr/bin/"
+    EXPECT_EQ(output("bash -c 'exec -a " + longName + " opt/bin/tovik application 400'"),
+        "1|" + longName);
     EXPECT_EQ(output("bash -c 'exec -a \"\" opt/bin/tovik application'"), "0|");
     EXPECT_EQ(output("bash -c 'exec -a \"a b\" opt/bin/tovik application'"), "1|a");
     const std::size_t length = program.size();
@@ -74,6 +77,7 @@ TEST_F(Layout, FindsTheLibraryBesideTheProgramThenInLib)
 {
     const std::string program = install("opt/bin/ab_tool");
     EXPECT_EQ(output(program + " library"), "0|/usr/lib/libab.so");
+    EXPECT_EQ(output(install("ab_tool") + " library"), "0|/usr/lib/libab.so") << "without /bin/";
     EXPECT_EQ(output(program + " library 20"), "0|");
     EXPECT_EQ(output(program + " library 0"), "0|");
     m_root.write("opt/lib/libab.so", "");
