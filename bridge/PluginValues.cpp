@@ -2,6 +2,7 @@
 
 #include "bridge/InfoTexts.h"
 #include "bridge/PluginLoader.h"
+#include "bridge/UserAgent.h"
 #include "plugin/plugin.h"
 #include "util/Arguments.h"
 #include "util/Codecs.h"
@@ -13,6 +14,13 @@ namespace {
 const char* plugin_property(const char* name)
 {
     return P_GetProperty(wa_GetPlugin(), name);
+}
+
+/// `info`, a blank and `own` as a new text; null when WebKit refuses that.
+char* accepted_user_agent(const char* info, const char* own)
+{
+    OwnedText agent(tovik::_strconcat(info, " ", own));
+    return wa_user_agent_fault(agent.get()) == nullptr ? agent.release() : nullptr;
 }
 
 } // namespace
@@ -55,6 +63,19 @@ bool wa_user_agent_info(char* buffer, unsigned long size)
         buffer[length] = 0;
     }
     return true;
+}
+
+char* wa_plugin_user_agent(const char* own)
+{
+    char info[kUserAgentInfoCapacity];
+    if (own == nullptr || !wa_user_agent_info(info, sizeof info)) {
+        return nullptr;
+    }
+    char* agent = accepted_user_agent(info, own);
+    if (agent == nullptr && wa_client_info(info, sizeof info / 2)) {
+        agent = accepted_user_agent(info, own);
+    }
+    return agent;
 }
 
 char* wa_load_url_resource(const char* url)

@@ -6,3 +6,4 @@
 #include "bridge/ExtensionDirectory.h" // IWYU pragma: export
 #include "bridge/PluginLoader.h" // IWYU pragma: export
 #include "bridge/PluginValues.h" // IWYU pragma: export
+#include "bridge/UserAgent.h" // IWYU pragma: export

@@ -1,6 +1,7 @@
 // The run that the command line asks for.
 #include "bridge/WebBridge.h"
 #include "tools/Doctor.h"
+#include "tools/UserAgent.h"
 #include "tools/Witness.h"
 #include "util/Layout.h"
 #include "webapp/Options.h"
@@ -276,6 +277,7 @@ void examine_run(bool prints, Report& report)
     examine_values(run, report);
     examine_query(run.arguments, report);
     examine_start_page(run, report);
+    examine_user_agent(run.options.userAgent, report);
     examine_icon(run.options, report);
     examine_store(run, report);
     examine_window(run.options.frame, report);

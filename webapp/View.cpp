@@ -63,13 +63,12 @@ void wa_update_useragent(WebKitSettings* settings, const char* userAgent)
 {
     OwnedText combined;
     if (tovik::_strlen(userAgent) == 0) {
-        char info[64];
-        const char* own = webkit_settings_get_user_agent(settings);
-        if (!wa_user_agent_info(info, sizeof info) || own == nullptr) {
-            return;
-        }
-        combined.reset(tovik::_strconcat(info, " ", own));
+        combined.reset(wa_plugin_user_agent(webkit_settings_get_user_agent(settings)));
         userAgent = combined.get();
+    }
+    // WebKit answers a text that it refuses with a message, and keeps its own.
+    if (userAgent == nullptr || wa_user_agent_fault(userAgent) != nullptr) {
+        return;
     }
     wa_trace("UserAgent:", userAgent);
     webkit_settings_set_user_agent(settings, userAgent);

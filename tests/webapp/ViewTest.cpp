@@ -1,6 +1,7 @@
 // What no page brings about while TLS errors are ignored and there is one window, called directly.
 #include "webapp/View.h"
 
+#include "bridge/UserAgent.h"
 #include "tests/support/TempDirectory.h"
 #include "util/StringUtil.h"
 #include "webapp/OwnedObject.h"
@@ -57,4 +58,36 @@ TEST(Window, HasAnIconThatLaterWindowsHaveToo)
     GList* icons = gtk_window_get_default_icon_list();
     EXPECT_NE(icons, nullptr);
     g_list_free(icons);
+}
+
+TEST(UserAgent, IsAcceptedExactlyWhereWebKitAcceptsIt)
+{
+    const auto none = static_cast<GLogLevelFlags>(G_LOG_FATAL_MASK);
+    const GLogLevelFlags fatal = g_log_set_always_fatal(none);
+    const GLogFunc log = g_log_set_default_handler([](auto...) {}, nullptr);
+    const OwnedObject<WebKitSettings> settings(webkit_settings_new());
+    const auto check = [&settings](const std::string& text) {
+        webkit_settings_set_user_agent(settings.get(), "former");
+        webkit_settings_set_user_agent(settings.get(), text.c_str());
+        const bool accepted = text == webkit_settings_get_user_agent(settings.get());
+        EXPECT_EQ(wa_user_agent_fault(text.c_str()) == nullptr, accepted) << text;
+    };
+    for (gunichar value = 1; value < 0x300; ++value) {
+        char character[8] = "";
+        g_unichar_to_utf8(value, character);
+        for (std::string text : {"?x", "x?", "x?y", "x/?", "x (?)", "x (\\?)"}) {
+            check(text.replace(text.find('?'), 1, character));
+        }
+    }
+    // Every text of up to five of these after an "x".
+    const std::string alphabet = "a/ \t()\\\xC3\xA9";
+    for (unsigned int number = 0; number < 100000; ++number) {
+        std::string text = "x";
+        for (unsigned int rest = number; rest % 10 != 0; rest /= 10) {
+            text += alphabet[rest % 10 - 1];
+        }
+        check(text);
+    }
+    g_log_set_default_handler(log, nullptr);
+    g_log_set_always_fatal(fatal);
 }
