@@ -6,8 +6,6 @@
 #include "webapp/ProcessArguments.h"
 #include "webapp/Trace.h"
 
-#include <dlfcn.h>
-
 namespace {
 
 constexpr std::size_t kLongestPath = kPathCapacity - 1;
@@ -108,7 +106,7 @@ void* wa_LoadPlugin(const char* library, const char* globalConfig, const char* l
         return g_Plugin;
     }
     if (P_Available(library) == nullptr) {
-        wa_trace("Plugin missing:", dlerror());
+        wa_trace("Plugin missing:", plugin_failure());
         return nullptr;
     }
     g_Plugin

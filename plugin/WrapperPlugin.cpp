@@ -66,6 +66,7 @@ void* CWrapperPlugin::Available(const char* path)
     if (m_library != nullptr) {
         return m_library;
     }
+    m_missingEntry.reset();
     const char* fileName = tovik::_strlen(path) == 0 ? "libtovik.so" : path;
     m_library = dlopen(fileName, RTLD_NOW);
     if (m_library == nullptr) {
@@ -75,6 +76,7 @@ void* CWrapperPlugin::Available(const char* path)
     if (m_newer) {
         SetRoot(fileName);
     } else if (!bind(kOlderNames)) {
+        m_missingEntry.reset(tovik::_strnew(dlerror()));
         Release();
     }
     return m_library;

@@ -22,8 +22,13 @@ public:
 
     /// Loads and binds the library at `path`, "libtovik.so" by the loader's search for null or
     /// empty. Returns its dlopen() handle, at once when one is loaded already; null when the
-    /// library cannot be opened (dlerror() has the reason) or has no complete set.
+    /// library cannot be opened, for which dlerror() has the reason, or has no complete set, for
+    /// which MissingEntry() has it.
     virtual void* Available(const char* path);
+
+    /// The loader's text about the entry point that the last Available() missed before it closed
+    /// the library, which clears dlerror(); null when it did not come to that.
+    const char* MissingEntry() const { return m_missingEntry.get(); }
 
     /// Closes the library and unbinds its entry points; the plug-in's instance is kept.
     virtual void Release();
@@ -76,4 +81,5 @@ private:
     void* m_instance = nullptr;
     OwnedText m_root;
     bool m_newer = false;
+    OwnedText m_missingEntry;
 };

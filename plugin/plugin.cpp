@@ -2,12 +2,26 @@
 
 #include "plugin/WrapperPlugin.h"
 
+#include <cstdlib>
+#include <dlfcn.h>
+
 namespace {
 
-/// The process's plug-in; a plug-in still loaded at exit or unload is finalised by its destructor.
+/// The process's plug-in. Its destructor finalises one that finalize_at_exit() has not.
 constinit CWrapperPlugin g_Plugin;
 
+void finalize_at_exit() noexcept
+{
+    g_Plugin.Finalize();
+}
+
 } // namespace
+
+const char* plugin_failure() noexcept
+{
+    const char* missing = g_Plugin.MissingEntry();
+    return missing == nullptr ? dlerror() : missing;
+}
 
 void* P_Available(const char* path) noexcept
 {
@@ -17,7 +31,13 @@ void* P_Available(const char* path) noexcept
 void* P_Initialize(const char* text, const char* globalConfig, const char* localConfig,
     void (*callback)(const char*, unsigned long)) noexcept
 {
-    return g_Plugin.Initialize(text, globalConfig, localConfig, callback) ? &g_Plugin : nullptr;
+    if (!g_Plugin.Initialize(text, globalConfig, localConfig, callback)) {
+        return nullptr;
+    }
+    // What is registered last runs first. A library that is loaded anew has registered its static
+    // objects anew, so each success registers again: the plug-in is finalised while they exist.
+    static_cast<void>(std::atexit(finalize_at_exit));
+    return &g_Plugin;
 }
 
 void P_Finalize(void* plugin) noexcept

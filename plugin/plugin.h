@@ -5,6 +5,10 @@
 
 #include "util/Export.h"
 
+/// Why the last P_Available() returned null, in the loader's words; null when it has none. Valid
+/// until the next call of the loader. This function is the library's own and not exported.
+const char* plugin_failure() noexcept;
+
 extern "C" {
 
 /// Loads and binds the plug-in library at `path`; its dlopen() handle, or null.

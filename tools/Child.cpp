@@ -16,11 +16,11 @@
 
 namespace {
 
-/// Of the memory that both processes see: the text of the step, and the findings behind it.
+/// Of the memory that both processes see: the text of the step, and then the findings.
 constexpr std::size_t kStepCapacity = 256;
 constexpr std::size_t kMemory = std::size_t {1} << 27U;
 
-constexpr char kEnd[] = "the end of the process (static objects, or finalising behind them)";
+constexpr char kEnd[] = "the end of the process (finalising, or static objects)";
 
 [[noreturn]] void fail(const char* what)
 {

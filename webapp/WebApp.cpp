@@ -1,5 +1,6 @@
 #include "webapp/WebApp.h"
 
+#include "bridge/PluginLoader.h"
 #include "util/FreshProcess.h"
 #include "util/Utility.h"
 #include "webapp/Options.h"
@@ -12,7 +13,7 @@
 namespace {
 
 /// Shows the window and, when it is gone, writes the result file and releases the plug-in. Does
-/// nothing when there is no display.
+/// no more than the last of these when there is no display.
 void run(const ShellArguments& arguments)
 {
     const ShellOptions options = read_options(arguments.count, arguments.list);
@@ -21,6 +22,7 @@ void run(const ShellArguments& arguments)
 
     GtkWidget* content = wa_gui_start(options.userAgent);
     if (content == nullptr) {
+        wa_FreePlugin(); // the default options may have loaded it
         return;
     }
     wa_translate_url(arguments.count, arguments.list, options.url);

@@ -104,7 +104,7 @@ TEST(Plugin, IsFoundByTheOptionsAndOnce)
         {"-root " + full + "/", full + "/" + name, "", "", yes},
         {"-root " + slashes, slashes + name, "", "", yes},
         {"-root " + slashes + "/", "", "", "", yes},
-        {"-plugin " + five, five, "", "", missing + "\n"},
+        {"-plugin " + five, five, "", "", missing + five + ": undefined symbol: P_Invoke\n"},
         {"-plugin " + none, none, "", "",
             missing + none + ": cannot open shared object file: No such file or directory\n"},
         {"-plugin " + failing, failing, "", "", no}}; // stays loaded

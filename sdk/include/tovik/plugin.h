@@ -11,14 +11,16 @@
  * `Tovik`. Each calls from one thread, and a script waits until the plug-in returns.
  *
  * When: a process may load the library, close it and load it again, so that constructors of
- * static objects run more than once. At the end of a process the static objects of a plug-in are
- * destroyed before its finalise function is called: keep what that needs in the instance, or
- * in objects that are never destroyed. The web process may be ended without any call.
+ * static objects run more than once. At the end of a process the finalise function is called
+ * before the static objects of the plug-in are destroyed, but after those that were made once
+ * initialise had returned, such as a function-local static of a later call. The web process may be
+ * ended by a signal, without any call.
  *
  * Texts are NUL-terminated byte strings, UTF-8 where a page is involved. A text that the plug-in
  * receives belongs to the caller and is gone after the call. A text that it returns stays the
  * plug-in's own, is never freed by the caller, and has to live until the next call of any of its
- * functions. Null stands for no text; one that is not UTF-8 reaches a page as the empty string.
+ * functions: to answer with a text that it received, it returns a copy. Null stands for no text;
+ * one that is not UTF-8 or has more than 2,147,483,632 bytes reaches a page as the empty string.
  *
  * Nothing may be thrown out of these functions: it would end the process.
  *
@@ -47,9 +49,10 @@ extern "C" {
 
 /* Creates the plug-in's instance and stores it in *instance, the value that all other functions
  * receive. The four reserved arguments are null. Returns any non-null pointer on success, null on
- * failure; after a failure the function may be called again. The whole pointer counts, not its
- * low 32 bits. When the library was found by a path, the property "WorkingDirectory" is set right
- * after a success: the library's directory, with its trailing "/". */
+ * failure; after a failure the function may be called again. Leave *instance null on failure: what
+ * is stored there is finalised all the same. The whole pointer counts, not its low 32 bits. When
+ * the library was found by a path, the property "WorkingDirectory" is set right after a success:
+ * the library's directory, with its trailing "/". */
 TOVIK_PLUGIN_EXPORT void* PlgInitialize(
     void* reserved1, void* reserved2, void* reserved3, void* reserved4, void** instance);
 
