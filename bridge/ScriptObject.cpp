@@ -5,9 +5,11 @@
 #include "util/Blocks.h"
 #include "util/Codecs.h"
 #include "util/Owned.h"
+#include "util/StringUtil.h"
 
 #include <climits>
 #include <cstdint>
+#include <cstdio>
 
 namespace {
 
@@ -19,6 +21,9 @@ constexpr std::size_t kNumberCapacity = 16;
 
 // From this length on it pays to ask a string for its units.
 constexpr std::size_t kLongText = 128;
+
+// The engine ends the process where a string of 16-bit units would become a little longer.
+constexpr std::size_t kLongestAnswer = 0x7FFFFFF0;
 
 void wa_init_cb(JSContextRef, JSObjectRef) noexcept { }
 void wa_finalize_cb(JSObjectRef) noexcept { }
@@ -73,7 +78,8 @@ char* alloc_text_of_string(JSContextRef context, JSValueRef value)
             return text.release();
         }
     }
-    const std::size_t capacity = JSStringGetMaximumUTF8CStringSize(string.get());
+    // A unit becomes three bytes at most. The engine's own function for this counts in 32 bits.
+    const std::size_t capacity = length * 3 + 1;
     char* text = new char[capacity];
     text[0] = 0;
     JSStringGetUTF8CString(string.get(), text, capacity);
@@ -87,8 +93,17 @@ OwnedUtf8 argument_text(
     return OwnedUtf8(index < count ? wa_alloc_utf8string(context, arguments[index]) : nullptr);
 }
 
+/// The plug-in's answer as a script string; the empty string for null and a text that is too long.
 JSValueRef script_string(JSContextRef context, const char* text)
 {
+    const std::size_t length = tovik::_strlen(text);
+    if (length > kLongestAnswer) {
+        std::fprintf(stderr,
+            "tovik: the plug-in answers with %zu bytes and a page can receive %zu, so it receives "
+            "none; answer in parts\n",
+            length, kLongestAnswer);
+        text = nullptr;
+    }
     const OwnedScriptString string(JSStringCreateWithUTF8CString(text == nullptr ? "" : text));
     return JSValueMakeString(context, string.get());
 }
@@ -147,16 +162,12 @@ JSValueRef wa_SetProperty(JSContextRef context, JSObjectRef, JSObjectRef, size_t
 JSValueRef wa_EnumProperty(JSContextRef context, JSObjectRef, JSObjectRef, size_t count,
     const JSValueRef arguments[], JSValueRef*) noexcept
 {
-    const char* answer = nullptr;
-    if (count >= 2) {
-        const OwnedUtf8 first = argument_text(context, count, arguments, 0);
-        const OwnedUtf8 second = first ? argument_text(context, count, arguments, 1) : nullptr;
-        void* plugin = second ? wa_GetPlugin() : nullptr;
-        if (plugin != nullptr) {
-            answer = P_EnumProperty(plugin, first.get(), second.get());
-        }
-    }
-    return script_string(context, answer);
+    // Both texts live until the answer is copied, which may be one of them.
+    const OwnedUtf8 first = count >= 2 ? argument_text(context, count, arguments, 0) : nullptr;
+    const OwnedUtf8 second = first ? argument_text(context, count, arguments, 1) : nullptr;
+    void* plugin = second ? wa_GetPlugin() : nullptr;
+    return script_string(
+        context, plugin == nullptr ? nullptr : P_EnumProperty(plugin, first.get(), second.get()));
 }
 
 JSValueRef wa_Invoke(JSContextRef context, JSObjectRef, JSObjectRef, size_t count,

@@ -11,6 +11,8 @@ expected="EntryAdmin Main P_Available P_EnumProperty P_Finalize P_GetProperty P_
 P_SetProperty webkit_web_extension_initialize"
 exported=$(nm -D --defined-only "$1" | awk '{print $3}' | LC_ALL=C sort | xargs)
 [ "$exported" = "$expected" ] || fail "$1 exports $exported"
+# The engine counts a text's bytes in 32 bits there; a text long enough to show it needs gigabytes.
+! nm -D "$1" | grep JSStringGetMaximumUTF8CStringSize || fail "$1 trusts a size of 32 bits"
 for file in "$1" "$2"; do
     headers=$(readelf -dlW "$file")
     grep -q GNU_RELRO <<<"$headers" || fail "$file: no RELRO"

@@ -37,6 +37,8 @@ CALLS = [
     ("Tovik.EnumProperty('é€\\u{1f600}', 'a\\0b')", "<é€\U0001f600|a>"),
     ("Tovik.EnumProperty('x'.repeat(999), 'x'.repeat(999) + 'é')", f"<{'x' * 999}|{'x' * 999}é>"),
     ("Tovik.EnumProperty('', 'x'.repeat(200) + '\\0y')", f"<|{'x' * 200}>"),
+    ("Tovik.EnumProperty('echo', 'its own')", "its own"),
+    ("Tovik.EnumProperty('echo', 'x'.repeat(1 << 20)).length", 1 << 20),
     ("Tovik.Invoke()", 0),
     ("Tovik.Invoke(true)", 0),
     ("Tovik.Invoke('abc')", 3),
@@ -45,6 +47,7 @@ CALLS = [
     ("Tovik.Invoke('long')", 5),
     ("(Tovik.SetProperty('big', 'é'.repeat(1 << 20)), Tovik.GetProperty('length:big'))", "2097152"),
     ("Tovik.GetProperty('huge').length", 50000000),
+    ("Tovik.GetProperty('endless')", ""),
 ]
 EVALUATE = "exit('OK', JSON.stringify(%s.map(eval)))" % json.dumps([call for call, _ in CALLS])
 MANY_FRAMES = """onload = () => { const own = new Set(); let n = 0;
@@ -64,6 +67,10 @@ for (const [name, ...values] of [['GetProperty', 'quiet'], ['SetProperty', 'quie
     }
 }
 exit('OK', Object.values(grown).every(x => x <= 16))"""
+# A host of its own, which prints what the plug-in has written down when Main has returned.
+HOST = ("import ctypes, os, sys; lib = ctypes.CDLL(sys.argv[1]);"
+        "a = [x.encode() for x in sys.argv[1:]]; argv = (ctypes.c_char_p * (len(a) + 1))(*a);"
+        "lib.Main(len(a), argv); print(open(os.environ['TEST_PLUGIN_LOG']).read());")
 POLL = "setInterval(() => { if (Tovik.Invoke('abc') === 3) { exit('OK', 'found'); } }, 20)"
 
 
@@ -74,6 +81,7 @@ class Bridge(Shell):
             values = json.loads(self.run_host("-url", self.page(EVALUATE)))
             for (call, expected), value in zip(CALLS, values, strict=True):
                 self.assertEqual(value, expected, (plugin, call))
+            self.assertIn("tovik: the plug-in answers with 2147483648 bytes", self.errors)
         self.assertIn("invoke \n", self.log())
 
     def test_every_frame_has_an_object_of_its_own(self):
@@ -121,6 +129,15 @@ class Bridge(Shell):
             self.assertRegex(self.run_host(), r"^\d Product/6.12 Ubuntu/22.04 Mozilla/5.0 ")
             self.assertEqual(self.trace, "", "the defaults turn no tracing on")
             self.assertEqual(self.run_host("x://?a=1&b", "-url", "res://page"), "a=1&b 3")
+        # What WebKit refuses is left out: the system's part, then the product's, without a message.
+        for variable, value, arguments, agent in (
+                ("MachineInfo", "Debian GNU/Linux 12.5;x", (), "Product/6.12 Mozilla"),
+                ("UserAgentId", "Prödukt", (), "Mozilla"),
+                ("UserAgentId", "ours", ("-useragent", "a\nb"), "Mozilla")):
+            self.environment["TEST_" + variable] = value
+            self.assertRegex(self.run_host("-verbose", *arguments), rf"^\d {agent}/5.0 ")
+            self.assertEqual("App - UserAgent: Product/6.12 Mozilla" in self.trace,
+                             "UserAgent:" in self.trace, self.trace)
         # Both processes take the plug-in, and the user-interface process gives it back.
         log = self.log()
         self.assertIn("older initialize null null null null\n", log)
@@ -130,12 +147,10 @@ class Bridge(Shell):
         lib = self.install("older", "libab_gui.so", "libab.so")
         (lib / "ab.conf").touch()
         # After the run, in which the plug-in has gone, nobody reads the arguments.
-        host = ("import ctypes, os, sys; lib = ctypes.CDLL(sys.argv[1]);"
-                "a = [x.encode() for x in sys.argv[1:]]; argv = (ctypes.c_char_p * (len(a) + 1))(*a);"
-                "lib.Main(len(a), argv); print(open(os.environ['TEST_PLUGIN_LOG']).read());"
-                "ctypes.memset(argv, 1, 8); lib.webkit_web_context_get_default.restype = ctypes.c_void_p;"
-                "lib.g_signal_emit_by_name(ctypes.c_void_p(lib.webkit_web_context_get_default()),"
-                " b'initialize-web-extensions')")
+        host = HOST + (
+            "ctypes.memset(argv, 1, 8); lib.webkit_web_context_get_default.restype = ctypes.c_void_p;"
+            "lib.g_signal_emit_by_name(ctypes.c_void_p(lib.webkit_web_context_get_default()),"
+            " b'initialize-web-extensions')")
         self.start("-root", f"{lib}/", "-url", self.page("exit('OK', Tovik.Invoke('abc'))"),
                    "-config", "own.conf", command=["python3", "-c", host, lib / "libab_gui.so"])
         self.assertEqual(self.finish(), "3")
@@ -143,6 +158,13 @@ class Bridge(Shell):
         log = self.log()
         self.assertIn(f"older initialize null {lib}/ab.conf own.conf null\n", log)
         self.assertIn(f"older initialize null {lib}/ab.conf null null\n", log)
+
+    def test_main_gives_the_plugin_back_without_a_display(self):
+        lib = self.install("older")
+        self.environment["DISPLAY"] = "none:7"
+        self.start("-root", lib, command=["python3", "-c", HOST, lib / "libtovikgui.so"])
+        self.finish()
+        self.assertEqual(self.trace, "older initialize null null null null\nfinalize\n\n")
 
 
 class Crash(Shell):

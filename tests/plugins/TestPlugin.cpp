@@ -11,6 +11,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <sys/mman.h>
 #include <thread>
 #include <unistd.h>
 
@@ -34,6 +35,19 @@ struct Instance {
     std::string answer;
 };
 
+/// A text of 2 GiB in the memory of 64 MiB: one file, mapped over and over again.
+const char* endless_text()
+{
+    constexpr std::size_t kPart = 1U << 26U, kWhole = 1U << 31U;
+    const int file = memfd_create("text", 0);
+    std::ofstream("/proc/self/fd/" + std::to_string(file)) << std::string(kPart, 'x');
+    void* text = mmap(nullptr, kWhole + 1, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    for (std::size_t at = 0; at < kWhole; at += kPart) {
+        mmap(static_cast<char*>(text) + at, kPart, PROT_READ, MAP_SHARED | MAP_FIXED, file, 0);
+    }
+    return static_cast<const char*>(text);
+}
+
 #ifndef FAILING
 #define FAILING 0
 #endif
@@ -56,7 +70,7 @@ extern "C" {
 void* initialize_newer(void* a, void* b, void* c, void* d, void** instance)
 {
     write_down(std::string("newer initialize") + (a || b || c || d ? " with arguments" : ""));
-    *instance = FAILING ? nullptr : new Instance;
+    *instance = FAILING && std::getenv("TEST_STORES") == nullptr ? nullptr : new Instance;
     // Success is any non-zero pointer, one with a zero low half included.
     return FAILING ? nullptr : reinterpret_cast<void*>(0x100000000UL);
 }
@@ -103,6 +117,9 @@ const char* get_property(void* instance, const char* name)
     if (wanted == "invalid") {
         return "a\xff\xfe";
     }
+    if (wanted == "endless") {
+        return endless_text();
+    }
     if (wanted == "huge") {
         self.answer.assign(50'000'000, 'x');
     } else if (wanted.starts_with("length:")) {
@@ -120,6 +137,9 @@ const char* get_property(void* instance, const char* name)
 
 const char* enum_property(void* instance, const char* first, const char* second)
 {
+    if (shown(first) == "echo" || std::getenv("TEST_ECHO") != nullptr) {
+        return second;
+    }
     Instance& self = instance_of(instance);
     self.answer = '<' + shown(first) + '|' + shown(second) + '>';
     return shown(first) == "none" ? nullptr : self.answer.c_str();
