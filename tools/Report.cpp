@@ -12,8 +12,13 @@ std::string_view name_of(Level level)
     return level == Level::ok ? "OK" : level == Level::note ? "NOTE" : "WRONG";
 }
 
-/// Bytes of the UTF-8 character at the start of `text`; 0 when there is none.
-std::size_t character_length(std::string_view text)
+struct Character {
+    std::size_t length; // in bytes; 0 for none
+    unsigned long value;
+};
+
+/// The UTF-8 character at the start of `text`.
+Character first_character(std::string_view text)
 {
     constexpr struct {
         std::size_t length;
@@ -31,14 +36,35 @@ std::size_t character_length(std::string_view text)
         for (std::size_t i = 1; i < length; ++i) {
             const auto byte = static_cast<unsigned char>(text[i]);
             if ((byte & 0xC0U) != 0x80) {
-                return 0;
+                return {};
             }
             value = value << 6 | (byte & 0x3FU);
         }
         const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
-        return value < lowest || value > 0x10FFFF || surrogate ? 0 : length;
+        const bool invalid = value < lowest || value > 0x10FFFF || surrogate;
+        return invalid ? Character {} : Character {length, value};
     }
-    return 0;
+    return {};
+}
+
+/// Whether a terminal would obey the character, break the line, or reorder what stands beside it.
+bool is_control(unsigned long value)
+{
+    constexpr std::pair<unsigned long, unsigned long> kRanges[] = {{0, 0x1F}, {0x7F, 0x9F},
+        {0x61C, 0x61C}, {0x200E, 0x200F}, {0x2028, 0x202E}, {0x2066, 0x2069}, {0xFEFF, 0xFEFF}};
+    return std::any_of(std::begin(kRanges), std::end(kRanges),
+        [value](const auto& range) { return value >= range.first && value <= range.second; });
+}
+
+std::string escaped(std::string_view bytes)
+{
+    std::string text;
+    for (const char byte : bytes) {
+        char escape[8];
+        std::snprintf(escape, sizeof escape, "\\x%.2X", static_cast<unsigned char>(byte));
+        text += escape;
+    }
+    return text;
 }
 
 std::string json_text(std::string_view text)
@@ -129,7 +155,7 @@ bool print(const std::string& text)
 bool is_utf8(std::string_view text)
 {
     while (!text.empty()) {
-        const std::size_t length = character_length(text);
+        const std::size_t length = first_character(text).length;
         if (length == 0) {
             return false;
         }
@@ -143,17 +169,14 @@ std::string printable(std::string_view text)
     const std::size_t whole = text.size();
     std::string shown;
     while (!text.empty() && shown.size() < kLongest) {
-        std::size_t length = character_length(text);
-        const auto first = static_cast<unsigned char>(text[0]);
-        if (length == 0 || first < 0x20 || first == 0x7F) {
-            char escape[8];
-            std::snprintf(escape, sizeof escape, "\\x%.2X", static_cast<unsigned int>(first));
-            shown += escape;
-            length = 1;
+        const Character character = first_character(text);
+        const std::string_view bytes = text.substr(0, std::max<std::size_t>(character.length, 1));
+        if (character.length == 0 || is_control(character.value)) {
+            shown += escaped(bytes);
         } else {
-            shown += text.substr(0, length);
+            shown += bytes;
         }
-        text.remove_prefix(length);
+        text.remove_prefix(bytes.size());
     }
     return text.empty() ? shown : shown + "... (" + std::to_string(whole) + " bytes)";
 }

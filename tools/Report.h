@@ -57,6 +57,6 @@ bool print(const std::string& text);
 /// Whether the bytes are UTF-8.
 bool is_utf8(std::string_view text);
 
-/// The text on one line: control characters and bytes that are not UTF-8 as \xNN, and cut off
-/// where it grows long.
+/// The text on one line, safe for a terminal: control characters, those that break lines or turn
+/// the direction of text, and bytes that are not UTF-8 as \xNN, and cut off where it grows long.
 std::string printable(std::string_view text);

@@ -141,7 +141,7 @@ int main(int argc, char** argv)
         g_Verbose = kNoTrace;
         return examine(arguments[0], prints);
     } catch (const std::exception& failure) {
-        std::fprintf(stderr, "tovik-doctor: %s\n", failure.what());
+        std::fprintf(stderr, "tovik-doctor: %s\n", printable(failure.what()).c_str());
         return kCannotTell;
     }
 }

@@ -69,7 +69,7 @@ void examine(const Options& options, const Product& product, Report& report)
 
 int cannot_check(const std::string& why)
 {
-    std::fprintf(stderr, "tovik-plugin-check: %s\n", why.c_str());
+    std::fprintf(stderr, "tovik-plugin-check: %s\n", printable(why).c_str());
     return kCannotCheck;
 }
 
