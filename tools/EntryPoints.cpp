@@ -1,14 +1,9 @@
 #include "tools/EntryPoints.h"
 
-#include "util/Owned.h"
-
 #include <cstring>
-#include <dlfcn.h>
 #include <link.h>
 
 namespace {
-
-using OwnedLibrary = std::unique_ptr<void, ReleaseWith<dlclose>>;
 
 Dl_info module_of(const void* address)
 {

@@ -2,8 +2,13 @@
 #pragma once
 
 #include "tools/Report.h"
+#include "util/Owned.h"
 
+#include <dlfcn.h>
 #include <string>
+
+/// A library that this process has open.
+using OwnedLibrary = std::unique_ptr<void, ReleaseWith<dlclose>>;
 
 inline constexpr const char* kOperations[]
     = {"Initialize", "Finalize", "SetProperty", "GetProperty", "EnumProperty", "Invoke"};

@@ -2,6 +2,7 @@
 
 #include "bridge/PluginValues.h"
 #include "tools/EntryPoints.h"
+#include "tools/UserAgent.h"
 #include "util/Arguments.h"
 #include "webapp/Options.h"
 
@@ -10,16 +11,22 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <filesystem>
+#include <functional>
 
 namespace {
-
-/// Room that the shell has for the plug-in's part of the user agent (webapp/View.cpp).
-constexpr std::size_t kUserAgentCapacity = 64;
 
 struct HostileText {
     const char* name;
     const char* text;
 };
+
+/// Whether an answer is the text, a part of it, or its end.
+bool lies_in(const char* answer, const char* text)
+{
+    const std::less_equal<> notAfter;
+    return answer != nullptr && text != nullptr && notAfter(text, answer)
+        && notAfter(answer, text + std::strlen(text));
+}
 
 class Examination {
 public:
@@ -40,12 +47,13 @@ private:
     }
 
     bool load(const char* when);
+    bool stores_on_failure();
     void finalize();
     void read_values();
     std::string read_property(const char* name);
     void read_user_agent();
     void read_default_options();
-    bool read_answer(const char* answer);
+    bool read_answer(const char* answer, std::initializer_list<const char*> arguments);
     void call_with(const HostileText& hostile);
     void call_with_hostile_texts();
 
@@ -83,7 +91,29 @@ bool Examination::load(const char* when)
         }
     }
     m_report.wrong("initialise", std::string(when) + ": " + call("Initialize") + " fails, twice");
+    if (m_prefix == "Plg" && stores_on_failure()) {
+        m_report.wrong("initialise",
+            call("Initialize")
+                + " fails and stores an instance, which is finalised all the same; "
+                  "leave *instance null");
+    }
     return false;
+}
+
+/// Whether the newer initialise entry does so, called directly: the product keeps to itself what
+/// was stored.
+bool Examination::stores_on_failure()
+{
+    using NewerInitialize = void*(void*, void*, void*, void*, void** instance);
+    const OwnedLibrary library(dlopen(m_path.c_str(), RTLD_NOW | RTLD_LOCAL));
+    void* symbol = library ? dlsym(library.get(), "PlgInitialize") : nullptr;
+    if (symbol == nullptr) {
+        return false;
+    }
+    void* instance = nullptr;
+    auto* initialize = reinterpret_cast<NewerInitialize*>(symbol);
+    const void* result = initialize(nullptr, nullptr, nullptr, nullptr, &instance);
+    return result == nullptr && instance != nullptr;
 }
 
 void Examination::finalize()
@@ -111,7 +141,7 @@ void Examination::read_user_agent()
     const std::string product = read_property("ProductInfo");
     const std::string machine = read_property("MachineInfo");
     m_step.begin("reading the user agent");
-    char info[kUserAgentCapacity];
+    char info[kUserAgentInfoCapacity];
     if (!wa_client_info(info, sizeof info / 2) && !agent.empty()) {
         m_report.wrong("UserAgentId", "is left out: longer than 31 bytes");
     } else if (*info == 0 && !product.empty()) {
@@ -122,14 +152,7 @@ void Examination::read_user_agent()
     if (!machine.empty() && !wa_system_info(info, sizeof info)) {
         m_report.wrong("MachineInfo", "is left out: not of the form \"System MM.mm;...\"");
     }
-    const bool has = wa_user_agent_info(info, sizeof info);
-    m_report.ok("user agent", has ? info + std::string(" before WebKit's own") : "WebKit's own");
-    for (const char* c = info; *c != 0; ++c) {
-        if (static_cast<unsigned char>(*c) < 0x20 || *c == 0x7F) {
-            m_report.wrong("user agent", "has a control character, which no server accepts");
-            break;
-        }
-    }
+    examine_user_agent("", m_report);
 }
 
 void Examination::read_default_options()
@@ -171,9 +194,16 @@ void Examination::read_values()
 
 /// Reads an answer to its end, which shows a text that is gone already; false when a page would
 /// receive the empty string in its place.
-bool Examination::read_answer(const char* answer)
+bool Examination::read_answer(const char* answer, std::initializer_list<const char*> arguments)
 {
-    m_step.begin("reading the answer of " + m_step.current());
+    const std::string asked = m_step.current();
+    m_step.begin("reading the answer of " + asked);
+    for (const char* text : arguments) {
+        if (lies_in(answer, text) && !m_report.has("lifetime")) {
+            m_report.note("lifetime",
+                asked + " answers with the text that it is given, which is the caller's; copy it");
+        }
+    }
     return answer == nullptr || is_utf8(answer);
 }
 
@@ -189,10 +219,11 @@ void Examination::call_with(const HostileText& hostile)
         m_product.setProperty(m_plugin, pairs[i].first, pairs[i].second);
         m_step.begin(call("EnumProperty", shown[i]));
         answersAreUtf8
-            &= read_answer(m_product.enumProperty(m_plugin, pairs[i].first, pairs[i].second));
+            &= read_answer(m_product.enumProperty(m_plugin, pairs[i].first, pairs[i].second),
+                {pairs[i].first, pairs[i].second});
     }
     m_step.begin(call("GetProperty", name));
-    answersAreUtf8 &= read_answer(m_product.getProperty(m_plugin, text));
+    answersAreUtf8 &= read_answer(m_product.getProperty(m_plugin, text), {text});
     m_step.begin(call("Invoke", name));
     m_product.invoke(m_plugin, text);
     if (!answersAreUtf8 && (text == nullptr || is_utf8(text))) {
@@ -240,7 +271,7 @@ void Examination::run()
         return;
     }
     m_step.begin(call("GetProperty", "UserAgentId"));
-    read_answer(m_product.getProperty(m_plugin, "UserAgentId"));
+    read_answer(m_product.getProperty(m_plugin, "UserAgentId"), {});
     finalize();
     // The third time the process ends with the plug-in loaded.
     if (load("the third time")) {
