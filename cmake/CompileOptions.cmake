@@ -1,16 +1,46 @@
 # Warnings and hardening for everything that is built here.
+include(CheckCXXCompilerFlag)
+include(CheckCXXSourceCompiles)
+set(given "${CMAKE_C_FLAGS} ${CMAKE_CXX_FLAGS}")
+
 add_compile_options(
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
-  "$<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast;-Wnon-virtual-dtor>"
-  -fstack-protector-strong)
+  "$<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast;-Wnon-virtual-dtor>")
 add_link_options(-Wl,-z,defs -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+
+# What the compiler has of these; a distribution whose flags speak of one has decided on it.
+foreach(option -fstack-protector-strong -fstack-clash-protection -fcf-protection)
+  string(REGEX MATCH "[a-z]+-(clash-)?protect(or|ion)" topic ${option})
+  check_cxx_compiler_flag(${option} has${option})
+  if(has${option} AND NOT given MATCHES ${topic})
+    add_compile_options(${option})
+  endif()
+endforeach()
 
 if(TOVIK_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
     -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
-else()
-  add_compile_options("$<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>")
+  # The runtime has to be a library of its own, since the tests load it into the engine's processes.
+  set(runtime libasan.so)
+  if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
+    set(runtime libclang_rt.asan-${CMAKE_SYSTEM_PROCESSOR}.so)
+  endif()
+  execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${runtime}
+    OUTPUT_VARIABLE sanitizer_library OUTPUT_STRIP_TRAILING_WHITESPACE)
+  if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
+    cmake_path(GET sanitizer_library PARENT_PATH folder)
+    add_link_options(-shared-libasan -Wl,-rpath,${folder})
+  endif()
+elseif(NOT given MATCHES _FORTIFY_SOURCE)
+  # The third level needs a C library and a compiler that have it, and every level optimisation.
+  set(CMAKE_REQUIRED_FLAGS "-O2 -Werror -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3")
+  check_cxx_source_compiles("#include <cstdlib>
+int main() { static_assert(__USE_FORTIFY_LEVEL == 3); }" has_fortify_3)
+  unset(CMAKE_REQUIRED_FLAGS)
+  set(level $<IF:$<BOOL:${has_fortify_3}>,3,2>)
+  add_compile_options(
+    "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=${level}>")
 endif()
 
 # tovik_room(NAME SOURCE...): one room of the library as an object library, so that every room

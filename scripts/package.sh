@@ -58,7 +58,7 @@ show_dialog() {
     mkdir -p "$root/tmp/.X11-unix" "$root/tmp/home"
     ln "/tmp/.X11-unix/X$number" "$root/tmp/.X11-unix/"
     chroot "$root" env -u XAUTHORITY HOME=/tmp/home DBUS_SESSION_BUS_ADDRESS=disabled: \
-        timeout 100 tovik --print -url "$page" >"$log.answer" &
+        timeout 100 tovik --print -url "$page" >"$scratch/answer" &
     local dialog=$!
     # The field takes no keys before the page is there, so they are given until the run has ended.
     while kill -0 "$dialog" 2>/dev/null; do
@@ -72,7 +72,7 @@ show_dialog() {
         [ $SECONDS -lt $end ]
     done
     rm -r "$root/tmp/home"
-    grep -qE '^[Ada]*a$' "$log.answer"
+    grep -qE '^[Ada]*a$' "$scratch/answer"
 }
 
 examine() {
@@ -92,8 +92,9 @@ purge() {
     [ -z "$left" ]
 }
 
-log=$(mktemp)
-trap 'rm -f "$log" "$log.answer"' EXIT
+scratch=$(mktemp -d)
+log=$scratch/log
+trap 'rm -r "$scratch"' EXIT
 if [ "${1:-}" = --in-root ]; then
     root=$2 SECONDS=$((EPOCHSECONDS - $3))
     printf 'ok  %4d s  a clean root has been made\n' "$SECONDS"

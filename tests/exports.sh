@@ -19,4 +19,10 @@ for file in "$1" "$2"; do
     grep -qE 'BIND_NOW|Flags: NOW' <<<"$headers" || fail "$file: not bound at start"
     grep -qE 'GNU_STACK.* RW ' <<<"$headers" || fail "$file: executable stack"
     grep -q __stack_chk_fail <<<"$(nm -D "$file")" || fail "$file: no stack protector"
+    [[ $(uname -m) = x86_64 ]] || continue
+    code=$(objdump -d --no-show-raw-insn "$file")
+    # The start files have marks of their own.
+    grep -iA1 '<main>:' <<<"$code" | grep -q endbr64 || fail "$file: no marks for indirect jumps"
+    [ "$file" = "$2" ] || grep -A1 'sub  *$0x1000,%rsp' <<<"$code" | grep -q 'q  *$0x0,(%rsp)' ||
+        fail "$file: large stack frames are not probed"
 done

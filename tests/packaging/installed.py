@@ -11,7 +11,8 @@ class Installed(Shell):
     def setUp(self):
         super().setUp()
         self.stage = self.dir / "stage"
-        self.do("cmake", "--install", BUILD, "--prefix", "/opt/some where", DESTDIR=self.stage)
+        self.do("sh", "-c", 'umask 0 && cmake --install "$0" --prefix "/opt/some where"', BUILD,
+                DESTDIR=self.stage)
         self.prefix = (self.stage / "opt/some where").rename(self.dir / "moved")
         self.library, = self.prefix.rglob("libtovikgui.so")
         self.environment |= {

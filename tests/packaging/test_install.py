@@ -19,6 +19,7 @@ class Install(Installed):
         self.examples, = self.prefix.rglob("examples")
 
     def test_programs_run_by_their_links(self):
+        self.assertEqual(self.do("find", self.prefix, "-perm", "/022", "!", "-type", "l"), "")
         self.assertEqual(self.answer_of("tovik"), "CKR_CANCEL")
         self.assertEqual(self.answer_of(self.prefix / "bin/tovik"), "CKR_CANCEL")
         self.assertIn(f"library: {self.library}\n", self.do("tovik-doctor", status=1))
