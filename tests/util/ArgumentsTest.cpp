@@ -121,23 +121,16 @@ TEST(OptionLookup, TakesTheFirstMatchAndItsValue)
         EXPECT_EQ(number, expectedNumber) << name;
         EXPECT_EQ(has_argument(kCount, arguments, name), found) << name;
     }
-    const char* value = "unset";
-    EXPECT_EQ(get_argument(0, nullptr, "-url", &value), 0);
-    EXPECT_EQ(value, nullptr);
-    EXPECT_EQ(has_argument(-1, nullptr, "-url"), 0);
+    EXPECT_EQ(has_argument(0, nullptr, "-url") + has_argument(-1, nullptr, "-url"), 0);
 }
 
 TEST(StringToNumber, ReadsHexadecimalOnlyAfterALowerCasePrefix)
 {
     const std::pair<const char*, long> rows[] = {{"0x1F", 31}, {"0X1F", 0}, {"-7", -7}, {"42", 42},
         {"08", 8}, {"", 0}, {"0x", 0}, {" +5z", 5}, {"0xFFFFFFFF", 4294967295},
-        {"99999999999999999999", LONG_MAX}, {"-99999999999999999999", LONG_MIN}};
+        {"99999999999999999999", LONG_MAX}, {"-99999999999999999999", LONG_MIN}, {"0x1f", 31},
+        {"0x12 34", 4660}, {"0x123456789", 591751049}, {"0xxyz", 0}};
     for (const auto& [text, number] : rows) {
         EXPECT_EQ(string2number(text), number) << text;
-    }
-    const std::pair<const char*, unsigned int> hexadecimal[]
-        = {{"1f", 31}, {"1F", 31}, {"12 34", 4660}, {"123456789", 591751049}, {"", 0}, {"xyz", 0}};
-    for (const auto& [text, number] : hexadecimal) {
-        EXPECT_EQ(hex2num(text), number) << text;
     }
 }
