@@ -18,9 +18,15 @@ const char* result_text(const char* status, const char* response)
 
 void wa_handle_result(const char* path)
 {
-    const OwnedFile file(tovik::_strlen(path) == 0 ? nullptr : std::fopen(path, "wb"));
-    if (file) {
-        const char* text = result_text(g_Status.get(), g_Response.get());
-        std::fwrite(text, 1, tovik::_strlen(text), file.get());
+    OwnedFile file(tovik::_strlen(path) == 0 ? nullptr : std::fopen(path, "wb"));
+    if (!file) {
+        return;
+    }
+    const char* text = result_text(g_Status.get(), g_Response.get());
+    const std::size_t length = tovik::_strlen(text);
+    const bool written
+        = std::fwrite(text, 1, length, file.get()) == length && std::fflush(file.get()) == 0;
+    if (std::fclose(file.release()) != 0 || !written) {
+        file.reset(std::fopen(path, "wb"));
     }
 }
