@@ -1,156 +1,183 @@
 #include "host/Answer.h"
 
 #include "host/DialogProcess.h"
+#include "host/Library.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
-#include <cstdio>
-#include <cstdlib>
+#include <csignal>
 #include <cstring>
+#include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
 constexpr int kNoAnswer = 1;
+/// Exit status with which GTK ends a program that has lost its display.
+constexpr int kLostDisplay = 1;
 constexpr char kCancel[] = "CKR_CANCEL";
 
-struct PrivateFile {
-    char directory[PATH_MAX];
-    char file[PATH_MAX + 8];
-};
+/// Tells a dialog, and the program that it restarts, which process prints the answer.
+constinit char g_Printer[] = "--printed-by";
+constinit char g_Store[] = "-store";
 
-bool make_directory_under(const char* parent, PrivateFile& place)
+char** find_word(char** first, char** end, const char* name)
 {
-    const int length
-        = std::snprintf(place.directory, sizeof place.directory, "%s/tovik-XXXXXX", parent);
-    return length > 0 && length < static_cast<int>(sizeof place.directory)
-        && mkdtemp(place.directory) != nullptr;
+    return std::find_if(first, end, [=](const char* word) { return !std::strcmp(word, name); });
 }
 
-bool make_private_file(PrivateFile& place)
+/// Empties the file of "-store": neither an older answer nor half of one is the answer of this
+/// run. False, with a line on standard error, for what cannot be one.
+bool empty_file(const char* file)
 {
-    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-    if (runtime == nullptr || *runtime != '/' || !make_directory_under(runtime, place)) {
-        if (!make_directory_under("/tmp", place)) {
-            std::fprintf(stderr, "tovik: no private directory in /tmp: %s\n", std::strerror(errno));
-            return false;
+    struct stat status = {};
+    if (stat(file, &status) != 0) {
+        return true;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        std::fprintf(stderr, "tovik: %s is no regular file; correct -store\n", file);
+        return false;
+    }
+    if (truncate(file, 0) != 0) {
+        std::fprintf(stderr, "tovik: cannot write %s: %s\n", file, std::strerror(errno));
+        return false;
+    }
+    return true;
+}
+
+/// Writes the bytes of an open file to standard output; false, with errno, when one is missing.
+bool copy_to_output(int file)
+{
+    char part[65536];
+    ssize_t length = 0;
+    while ((length = read(file, part, sizeof part)) > 0) {
+        for (ssize_t done = 0, written = 0; done < length; done += written) {
+            written = write(STDOUT_FILENO, part + done, static_cast<std::size_t>(length - done));
+            if (written < 0) {
+                return false;
+            }
         }
     }
-    std::snprintf(place.file, sizeof place.file, "%s/answer", place.directory);
-    return true;
+    return length == 0 && write(STDOUT_FILENO, "\n", 1) == 1;
 }
 
-/// Empties the file of "-store": an older answer is not the answer of this run.
-bool empty_chosen_file(const char* store)
+/// Where standard output ends when it is a file that only this process extends; else -1.
+off_t end_of_output()
 {
-    if (store == nullptr || *store == '-' || *store == 0) {
-        std::fprintf(stderr, "tovik: --print needs the name of a file behind -store\n");
-        return false;
-    }
     struct stat status = {};
-    if (stat(store, &status) == 0 && S_ISREG(status.st_mode) && truncate(store, 0) != 0) {
-        std::fprintf(stderr, "tovik: cannot write %s: %s\n", store, std::strerror(errno));
-        return false;
-    }
-    return true;
+    const off_t end = lseek(STDOUT_FILENO, 0, SEEK_CUR);
+    const bool grows = fstat(STDOUT_FILENO, &status) == 0 && S_ISREG(status.st_mode)
+        && status.st_size == end && (fcntl(STDOUT_FILENO, F_GETFL) & O_APPEND) == 0;
+    return grows ? end : -1;
 }
 
 /// Copies the answer to standard output and returns the exit status.
 int print_file(const char* path)
 {
-    FILE* file = std::fopen(path, "rb");
-    char part[4096];
-    std::size_t total = 0;
-    bool cancelled = false;
-    for (std::size_t length = 0;
-         file != nullptr && (length = std::fread(part, 1, sizeof part, file)) > 0;
-         total += length) {
-        cancelled
-            = total == 0 && length == sizeof kCancel - 1 && std::memcmp(part, kCancel, length) == 0;
-        std::fwrite(part, 1, length, stdout);
-    }
-    if (file != nullptr) {
-        std::fclose(file);
-    }
-    if (total == 0) {
+    const int file = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    struct stat status = {};
+    if (file < 0 || fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size == 0) {
         std::fprintf(stderr, "tovik: the dialog ended without an answer\n");
         return kNoAnswer;
     }
-    std::putchar('\n');
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    char begin[sizeof kCancel] = "";
+    const bool cancelled = pread(file, begin, sizeof begin, 0) == sizeof kCancel - 1
+        && std::memcmp(begin, kCancel, sizeof kCancel - 1) == 0;
+    // A file that reaches its limit is a failed write.
+    std::signal(SIGXFSZ, SIG_IGN);
+    const off_t start = end_of_output();
+    if (!copy_to_output(file)) {
         std::fprintf(stderr, "tovik: cannot print the answer: %s\n", std::strerror(errno));
+        if (start >= 0 && ftruncate(STDOUT_FILENO, start) != 0) {
+            std::fprintf(stderr, "tovik: a part of the answer stays: %s\n", std::strerror(errno));
+        }
         return kNoAnswer;
     }
     return cancelled ? kNoAnswer : 0;
 }
 
-/// Runs the dialog with "-store" and the file behind its arguments.
-DialogEnd run_with_store(int argc, char** argv, char* file, Dialog dialog)
+/// Says why a dialog has failed that does not say so itself, and returns the exit status.
+int report_failure(DialogEnd end)
 {
-    const auto count = static_cast<std::size_t>(argc);
-    char option[] = "-store";
-    auto** arguments = static_cast<char**>(std::calloc(count + 3, sizeof(char*)));
-    if (arguments == nullptr) {
-        return {0, 0};
-    }
-    std::copy(argv, argv + argc, arguments);
-    arguments[count] = option;
-    arguments[count + 1] = file;
-    const DialogEnd end = run_dialog(argc + 2, arguments, file, dialog);
-    std::free(arguments);
-    return end;
-}
-
-/// Reports how the dialog ended: by its exit status, or with its answer.
-int report(DialogEnd end, const char* file)
-{
-    return end.status != 0 || end.signal != 0 ? end.status : print_file(file);
-}
-
-int print_chosen_answer(int argc, char** argv, const char* store, Dialog dialog)
-{
-    if (!empty_chosen_file(store)) {
+    if (end.killed != 0) {
+        std::fprintf(stderr, "tovik: the dialog was killed: %s\n", strsignal(end.killed));
         return kNoAnswer;
     }
-    const DialogEnd end = run_dialog(argc, argv, store, dialog);
-    const int status = report(end, store);
-    raise_again(end.signal);
-    return status;
+    if (end.status == kLostDisplay) {
+        std::fprintf(stderr, "tovik: the dialog has failed; its display may be lost\n");
+    }
+    return end.status;
 }
 
-int print_private_answer(int argc, char** argv, Dialog dialog)
+/// Runs the dialog and prints the answer that it leaves in `file`, in which nothing stays of a
+/// dialog that did not end well.
+int print_answer_in(char* file, int argc, char** argv, Dialog dialog)
 {
-    PrivateFile place = {};
-    if (!make_private_file(place)) {
-        return kNoAnswer;
+    const DialogEnd end = run_dialog(argc, argv, file, dialog);
+    if (end.request == 0 && end.killed == 0 && end.status == 0) {
+        return print_file(file);
     }
-    const DialogEnd end = run_with_store(argc, argv, place.file, dialog);
-    const int status = report(end, place.file);
-    unlink(place.file);
-    rmdir(place.directory);
-    raise_again(end.signal);
-    return status;
+    empty_file(file);
+    if (end.request == 0) {
+        return report_failure(end);
+    }
+    end_by(end.request);
+    std::fprintf(stderr, "tovik: nobody reads the answer\n");
+    return kNoAnswer;
+}
+
+/// Makes the file of "-store" ready: that of the first such word, or else one in memory, whose
+/// name and option are appended to the words. Null, with a line on standard error, for none.
+char* prepare_file(char** words, char**& end, char (&memory)[64])
+{
+    char** const store = find_word(words, end, g_Store);
+    if (store != end) {
+        if (store[1] == nullptr || *store[1] == '-' || *store[1] == 0) {
+            std::fprintf(stderr, "tovik: --print needs the name of a file after -store\n");
+            return nullptr;
+        }
+        return empty_file(store[1]) ? store[1] : nullptr;
+    }
+    const int descriptor = memfd_create("answer", MFD_CLOEXEC);
+    if (descriptor < 0) {
+        std::fprintf(stderr, "tovik: no memory for the answer: %s\n", std::strerror(errno));
+        return nullptr;
+    }
+    // The dialog reaches it by this process, from a restarted program too.
+    std::snprintf(memory, sizeof memory, "/proc/%d/fd/%d", getpid(), descriptor);
+    *end++ = g_Store;
+    *end++ = memory;
+    return memory;
 }
 
 } // namespace
 
-bool take_print_option(int& argc, char** argv)
-{
-    char** end = std::remove_if(
-        argv, argv + argc, [](char* word) { return !std::strcmp(word, "--print"); });
-    const bool found = end != argv + argc;
-    argc = static_cast<int>(end - argv);
-    argv[argc] = nullptr;
-    return found;
-}
-
 int print_answer(int argc, char** argv, Dialog dialog)
 {
+    const std::size_t room = static_cast<std::size_t>(argc) + 5;
+    auto** words = static_cast<char**>(std::calloc(room, sizeof(char*)));
+    if (words == nullptr) {
+        return kNoAnswer;
+    }
+    char** end = std::remove_copy_if(
+        argv, argv + argc, words, [](const char* word) { return !std::strcmp(word, "--print"); });
+    char memory[64];
+    char* file = prepare_file(words, end, memory);
+    char process[16];
+    std::snprintf(process, sizeof process, "%d", getpid());
+    *end++ = g_Printer;
+    *end++ = process;
+    const int count = static_cast<int>(end - words);
+    const int status = file == nullptr ? kNoAnswer : print_answer_in(file, count, words, dialog);
+    std::free(words);
+    return status;
+}
+
+int printing_process(int argc, char** argv)
+{
     char** const end = argv + argc;
-    char** const store
-        = std::find_if(argv, end, [](char* word) { return !std::strcmp(word, "-store"); });
-    return store == end ? print_private_answer(argc, argv, dialog)
-                        : print_chosen_answer(argc, argv, store[1], dialog);
+    char** const printer = find_word(argv, end, g_Printer);
+    return printer == end || printer[1] == nullptr ? 0 : std::atoi(printer[1]);
 }

@@ -1,19 +1,28 @@
 #include "host/DialogProcess.h"
 
-#include <climits>
+#include "host/Library.h"
+
+#include <cerrno>
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <initializer_list>
+#include <poll.h>
 #include <sys/prctl.h>
+#include <sys/signalfd.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
-constexpr int kCannotStart = 2;
+/// Milliseconds between asking a dialog to end and ending it.
+constexpr int kGrace = 2000;
+
+struct Run {
+    const char* file;
+    pid_t dialog; // the process that the dialog is in
+    DialogEnd end;
+};
 
 /// The signals that run_dialog() waits for; those that the caller has this process ignore stay so.
 sigset_t awaited_signals()
@@ -28,6 +37,15 @@ sigset_t awaited_signals()
         }
     }
     return signals;
+}
+
+/// Standard output where it has a reader that can go away; else no descriptor.
+int watched_output()
+{
+    struct stat status = {};
+    const bool hasReader = fstat(STDOUT_FILENO, &status) == 0
+        && (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode));
+    return hasReader ? STDOUT_FILENO : -1;
 }
 
 [[noreturn]] void become_dialog(
@@ -49,86 +67,131 @@ bool is_filled(const char* file)
     return stat(file, &status) == 0 && status.st_size > 0;
 }
 
-/// Whether the process runs this program; a browser that a dialog has opened does not.
-bool runs_this_program(pid_t process)
+/// Reads the file into the text, which ends at its first line end; false for none.
+bool read_line(const char* path, char (&text)[64])
 {
-    char link[32];
-    char own[PATH_MAX];
-    char other[PATH_MAX];
-    std::snprintf(link, sizeof link, "/proc/%d/exe", process);
-    const ssize_t length = readlink("/proc/self/exe", own, sizeof own);
-    return length > 0 && readlink(link, other, sizeof other) == length
-        && std::memcmp(own, other, static_cast<std::size_t>(length)) == 0;
+    FILE* file = std::fopen(path, "r");
+    const bool found = file != nullptr && std::fgets(text, sizeof text, file) != nullptr;
+    if (file != nullptr) {
+        std::fclose(file);
+    }
+    return found;
 }
 
-/// Sends the signal to the dialog, which after a restart is another child than the first.
-void signal_dialog(int signal)
+/// The child that runs a program of this name, which an update may have replaced; a browser that
+/// a dialog has opened does not. 0 when there is none.
+pid_t restarted_dialog()
 {
+    char own[64] = "";
+    char name[64] = "";
+    char word[32];
+    char path[64];
+    pid_t found = 0;
+    read_line("/proc/self/comm", own);
     FILE* children = std::fopen("/proc/thread-self/children", "r");
-    char word[16];
-    while (children != nullptr && std::fscanf(children, "%15s", word) == 1) {
-        const auto child = static_cast<pid_t>(std::strtol(word, nullptr, 10));
-        if (runs_this_program(child)) {
-            kill(child, signal);
+    while (children != nullptr && std::fscanf(children, "%31s", word) == 1) {
+        std::snprintf(path, sizeof path, "/proc/%s/comm", word);
+        if (read_line(path, name) && std::strcmp(name, own) == 0) {
+            found = static_cast<pid_t>(std::strtol(word, nullptr, 10));
         }
     }
     if (children != nullptr) {
         std::fclose(children);
     }
+    return found;
 }
 
 /// Takes note of every child that has ended. True when the dialog is over: it failed, the answer
-/// is there, or no process is left that could give one.
-bool is_over(pid_t first, const char* file, int& status)
+/// is there, or it has not been restarted.
+bool is_over(Run& run)
 {
+    bool gone = false;
     int ended = 0;
-    for (pid_t child = 0; (child = waitpid(-1, &ended, WNOHANG)) != 0;) {
-        if (child < 0) {
-            return true;
-        }
-        if (child == first && (!WIFEXITED(ended) || WEXITSTATUS(ended) != 0)) {
-            status = WIFEXITED(ended) ? WEXITSTATUS(ended) : 0;
-            return true;
-        }
-        if (is_filled(file)) {
-            return true;
+    int status = 0;
+    for (pid_t child = 0; (child = waitpid(-1, &ended, WNOHANG)) > 0;) {
+        if (child == run.dialog) {
+            gone = true;
+            status = ended;
         }
     }
-    return false;
+    if (!gone) {
+        return false;
+    }
+    run.end.killed = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    run.end.status = WIFEXITED(status) ? WEXITSTATUS(status) : 0;
+    if (status != 0 || is_filled(run.file)) {
+        return true;
+    }
+    run.dialog = restarted_dialog();
+    if (run.dialog != 0 && run.end.request != 0) {
+        kill(run.dialog, SIGTERM);
+    }
+    return run.dialog == 0;
+}
+
+void ask_to_end(Run& run, int request, int signal)
+{
+    run.end.request = request;
+    kill(run.dialog, signal);
+}
+
+/// Waits until the dialog is over; `signals` is a descriptor for those awaited.
+void wait_for(Run& run, int signals)
+{
+    pollfd sources[] = {{signals, POLLIN, 0}, {watched_output(), 0, 0}};
+    for (bool over = false; !over;) {
+        const int ready = poll(sources, 2, run.end.request == 0 ? -1 : kGrace);
+        if (ready == 0) {
+            kill(run.dialog, SIGKILL);
+        }
+        if (ready > 0 && sources[1].revents != 0) {
+            sources[1].fd = -1;
+            ask_to_end(run, SIGPIPE, SIGTERM);
+        }
+        signalfd_siginfo info = {};
+        if (ready > 0 && sources[0].revents != 0
+            && read(signals, &info, sizeof info) == sizeof info) {
+            const int signal = static_cast<int>(info.ssi_signo);
+            if (signal == SIGCHLD) {
+                over = is_over(run);
+            } else {
+                ask_to_end(run, signal, signal);
+            }
+        }
+    }
 }
 
 } // namespace
 
 DialogEnd run_dialog(int argc, char** argv, const char* file, Dialog dialog)
 {
-    // Ignored, it would not be sent.
-    std::signal(SIGCHLD, SIG_DFL);
-    const sigset_t signals = awaited_signals();
+    Run run = {file, 0, {0, 0, 0}};
+    const sigset_t awaited = awaited_signals();
+    const int signals = signalfd(-1, &awaited, SFD_CLOEXEC);
+    const pid_t parent = getpid();
     sigset_t mask;
-    sigprocmask(SIG_BLOCK, &signals, &mask);
+    sigprocmask(SIG_BLOCK, &awaited, &mask);
     // What the dialog leaves behind becomes a child of this process.
     prctl(PR_SET_CHILD_SUBREAPER, 1);
-    const pid_t parent = getpid();
-    const pid_t child = fork();
-    if (child == 0) {
+    run.dialog = signals < 0 ? -1 : fork();
+    if (run.dialog == 0) {
         become_dialog(argc, argv, dialog, parent, mask);
     }
-    DialogEnd end = {0, 0};
-    while (!is_over(child, file, end.status)) {
-        int signal = 0;
-        if (sigwait(&signals, &signal) == 0 && signal != SIGCHLD) {
-            end.signal = signal;
-            signal_dialog(signal);
-        }
+    if (run.dialog > 0) {
+        wait_for(run, signals);
+    } else {
+        std::fprintf(stderr, "tovik: cannot start a dialog: %s\n", std::strerror(errno));
+        run.end.status = kCannotStart;
     }
-    return end;
+    sigprocmask(SIG_SETMASK, &mask, nullptr);
+    return run.end;
 }
 
-void raise_again(int signal)
+void end_by(int signal)
 {
-    if (signal != 0) {
-        const sigset_t signals = awaited_signals();
-        std::raise(signal);
-        sigprocmask(SIG_UNBLOCK, &signals, nullptr);
-    }
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, signal);
+    std::raise(signal);
+    sigprocmask(SIG_UNBLOCK, &signals, nullptr);
 }

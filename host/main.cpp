@@ -2,51 +2,66 @@
 // command line. It links to nothing but the C library, so that a start pays for GTK and WebKit
 // once, in the library.
 #include "host/Answer.h"
+#include "host/Engine.h"
 #include "host/Graphics.h"
 #include "host/Texts.h"
 
+#include <algorithm>
 #include <climits>
-#include <cstdio>
-#include <cstdlib>
+#include <csignal>
 #include <cstring>
-#include <dlfcn.h>
+#include <fcntl.h>
 #include <string_view>
 #include <unistd.h>
 
 namespace {
 
-constexpr int kCannotStart = 2;
 constexpr int kNoDisplay = 3;
 
-/// Path of this executable, links resolved; false when the system does not tell.
-bool own_path(char (&path)[PATH_MAX])
+/// Gives the process what a run relies on, whatever its caller has left of it.
+void set_up_process()
 {
-    const ssize_t length = readlink("/proc/self/exe", path, sizeof path - 1);
-    if (length <= 0) {
-        return false;
+    // Nothing that is opened later becomes a standard stream. Used, these fail as closed ones do.
+    for (int stream = 0; stream < 3; ++stream) {
+        if (fcntl(stream, F_GETFD) < 0) {
+            open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY);
+        }
     }
-    path[length] = 0;
-    return true;
+    // Ignored, the end of a child would not be seen.
+    std::signal(SIGCHLD, SIG_DFL);
 }
 
-/// Turns the path /.../bin/NAME of this program into that of its library,
-/// /.../lib/libNAMEgui.so: a product of another brand has both under its own name.
-bool library_path(char (&path)[PATH_MAX])
+bool has_word(int argc, char** argv, const char* name)
 {
-    const std::string_view program = path;
-    const std::size_t name = program.rfind('/') + 1;
-    const std::size_t directory = name < 2 ? 0 : program.rfind('/', name - 2);
-    if (name < 2 || directory == std::string_view::npos) {
-        return false;
-    }
-    char library[PATH_MAX];
-    const int length = std::snprintf(library, sizeof library, "%.*s/lib/lib%sgui.so",
-        static_cast<int>(directory), path, path + name);
-    if (length >= PATH_MAX) {
-        return false;
-    }
-    std::memcpy(path, library, sizeof library);
-    return true;
+    return std::any_of(argv, argv + argc, [=](char* word) { return !std::strcmp(word, name); });
+}
+
+/// Paths of this executable and of the library; set before anything runs.
+constinit char g_Program[PATH_MAX] = "";
+constinit char g_Library[PATH_MAX] = "";
+
+const char* program_name()
+{
+    return std::strrchr(g_Program, '/') + 1;
+}
+
+/// Stores the path of this executable, links resolved; false when the system does not tell.
+bool find_program()
+{
+    const ssize_t length = readlink("/proc/self/exe", g_Program, sizeof g_Program - 1);
+    return length > 0 && *g_Program == '/';
+}
+
+/// Derives the path of the library, /.../lib/libNAMEgui.so, from that of this program,
+/// /.../bin/NAME: a product of another brand has both under its own name.
+bool find_library()
+{
+    const std::string_view program = g_Program;
+    const std::size_t directory = program.rfind('/', program.rfind('/') - 1);
+    return program.rfind('/') > 0
+        && std::snprintf(g_Library, sizeof g_Library, "%.*s/lib/lib%sgui.so",
+               static_cast<int>(directory), g_Program, program_name())
+        < PATH_MAX;
 }
 
 /// The package that a Debian system lacks when the loader's text names one of its libraries.
@@ -59,69 +74,73 @@ const char* missing_package(const char* loaderText)
     return std::strstr(loaderText, "libgtk-3") == nullptr ? "" : "; install the package libgtk-3-0";
 }
 
-/// Function of the library or of one that it links to; ends the process when there is none.
-template <typename Function>
-Function* function_of(void* library, const char* path, const char* name)
-{
-    void* symbol = dlsym(library, name);
-    if (symbol == nullptr) {
-        std::fprintf(stderr, "tovik: %s has no function %s\n", path, name);
-        std::exit(kCannotStart);
-    }
-    return reinterpret_cast<Function*>(symbol);
-}
-
-/// Path of the library; set before anything runs.
-constinit char g_Library[PATH_MAX] = "";
-
 /// Loads the library, checks that there is a display, and runs.
 int run(int argc, char** argv)
 {
-    const char* path = g_Library;
-    void* library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr) {
+    const Library library = {dlopen(g_Library, RTLD_NOW | RTLD_LOCAL), g_Library};
+    if (library.handle == nullptr) {
         const char* reason = dlerror();
         std::fprintf(
-            stderr, "tovik: cannot load %s: %s%s\n", path, reason, missing_package(reason));
+            stderr, "tovik: cannot load %s: %s%s\n", library.path, reason, missing_package(reason));
         return kCannotStart;
     }
     // The library shows no window without a display and says nothing about it; GTK does.
-    if (function_of<int(int*, char***)>(library, path, "gtk_init_check")(nullptr, nullptr) == 0) {
+    if (function_of<int(int*, char***)>(library, "gtk_init_check")(nullptr, nullptr) == 0) {
         std::fprintf(stderr, "tovik: cannot open a display; set DISPLAY or WAYLAND_DISPLAY\n");
         return kNoDisplay;
     }
-    return function_of<int(int, char**)>(library, path, "Main")(argc, argv);
+    end_with(library, printing_process(argc, argv));
+    return function_of<int(int, char**)>(library, "Main")(argc, argv);
+}
+
+/// Prints the text that an option asks for in place of a run, beside "--print" on standard error;
+/// false when none does.
+bool has_answered_option(int argc, char** argv, bool print)
+{
+    for (const auto& [option, text] : {std::pair("--help", kHelp), {"--version", kVersion}}) {
+        if (has_word(argc, argv, option)) {
+            std::fputs(text, print ? stderr : stdout);
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Finds this program and its library; false, with a line on standard error, when it cannot be
+/// run from its place. Executes it by its path when it was started by a bare name, which tells
+/// the library nothing about that place.
+bool find_installation(char** argv)
+{
+    if (!find_program()) {
+        std::fprintf(stderr, "tovik: cannot read /proc/self/exe, which names this program\n");
+        return false;
+    }
+    if (std::strchr(argv[0], '/') == nullptr) {
+        argv[0] = g_Program;
+        execv(g_Program, argv);
+        std::fprintf(stderr, "tovik: cannot execute %s\n", g_Program);
+        return false;
+    }
+    if (!find_library()) {
+        std::fprintf(stderr, "tovik: %s is not in a directory bin beside lib\n", g_Program);
+        return false;
+    }
+    return true;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (argc == 2 && std::strcmp(argv[1], "--help") == 0) {
-        std::fputs(kHelp, stdout);
-        return 0;
+    set_up_process();
+    const bool print = has_word(argc, argv, "--print");
+    if (has_answered_option(argc, argv, print)) {
+        // A caller that waits for an answer gets none.
+        return print ? kCannotStart : 0;
     }
-    if (argc == 2 && std::strcmp(argv[1], "--version") == 0) {
-        std::fputs(kVersion, stdout);
-        return 0;
-    }
-    char* path = g_Library;
-    if (!own_path(g_Library)) {
-        std::fprintf(stderr, "tovik: cannot read /proc/self/exe, which names this program\n");
-        return kCannotStart;
-    }
-    // The library derives the program's place from the first word of the command line, and a
-    // bare name has none.
-    if (argc > 0 && std::strchr(argv[0], '/') == nullptr) {
-        argv[0] = path;
-        execv(path, argv);
-        std::fprintf(stderr, "tovik: cannot execute %s\n", path);
-        return kCannotStart;
-    }
-    if (!library_path(g_Library)) {
-        std::fprintf(stderr, "tovik: %s is not in a directory bin beside lib\n", path);
+    if (argc < 1 || !find_installation(argv)) {
         return kCannotStart;
     }
     avoid_blank_window(kNvidiaModuleFile);
-    return take_print_option(argc, argv) ? print_answer(argc, argv, run) : run(argc, argv);
+    return print ? print_answer(argc, argv, run) : run(argc, argv);
 }
