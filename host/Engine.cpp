@@ -1,10 +1,18 @@
 #include "host/Engine.h"
 
 #include <cerrno>
+#include <climits>
+#include <initializer_list>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 namespace {
+
+/// The last argument is webkit_download_cancel().
+void download_started_cb(void*, void* download, void* cancel) noexcept
+{
+    reinterpret_cast<void (*)(void*)>(cancel)(download);
+}
 
 int caller_ended_cb(int, unsigned int, void*) noexcept
 {
@@ -12,6 +20,28 @@ int caller_ended_cb(int, unsigned int, void*) noexcept
 }
 
 } // namespace
+
+void refuse_downloads(const Library& library)
+{
+    using Connect = unsigned long(
+        void*, const char*, void (*)(void*, void*, void*), void*, void*, unsigned int);
+    auto* cancel = function_of<void(void*)>(library, "webkit_download_cancel");
+    void* context = function_of<void*()>(library, "webkit_web_context_get_default")();
+    function_of<Connect>(library, "g_signal_connect_data")(context, "download-started",
+        download_started_cb, reinterpret_cast<void*>(cancel), nullptr, 0);
+}
+
+void make_private_storage(const Library& library, const char* program)
+{
+    for (const char* parent : {"g_get_user_data_dir", "g_get_user_cache_dir"}) {
+        char path[PATH_MAX];
+        const int length = std::snprintf(
+            path, sizeof path, "%s/%s", function_of<const char*()>(library, parent)(), program);
+        if (length < PATH_MAX) {
+            function_of<int(const char*, int)>(library, "g_mkdir_with_parents")(path, 0700);
+        }
+    }
+}
 
 void end_with(const Library& library, int caller)
 {

@@ -27,8 +27,10 @@ void set_up_process()
             open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY);
         }
     }
-    // Ignored, the end of a child would not be seen.
+    // Ignored, the end of a script would not be seen.
     std::signal(SIGCHLD, SIG_DFL);
+    // The lines of a trace are read while the dialog runs, and survive a signal.
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
 }
 
 bool has_word(int argc, char** argv, const char* name)
@@ -64,6 +66,18 @@ bool find_library()
         < PATH_MAX;
 }
 
+/// The path from which the library would derive another directory than that of this program, or
+/// null: it reads the first word of the command line up to a blank, and the first "/bin/" of the
+/// program's path becomes "/lib/".
+const char* misread_path(const char* firstWord)
+{
+    if (std::strchr(firstWord, ' ') != nullptr) {
+        return firstWord;
+    }
+    const char* bin = std::strstr(g_Program, "/bin/");
+    return bin != nullptr && bin + 4 != std::strrchr(g_Program, '/') ? g_Program : nullptr;
+}
+
 /// The package that a Debian system lacks when the loader's text names one of its libraries.
 const char* missing_package(const char* loaderText)
 {
@@ -89,6 +103,8 @@ int run(int argc, char** argv)
         std::fprintf(stderr, "tovik: cannot open a display; set DISPLAY or WAYLAND_DISPLAY\n");
         return kNoDisplay;
     }
+    make_private_storage(library, program_name());
+    refuse_downloads(library);
     end_with(library, printing_process(argc, argv));
     return function_of<int(int, char**)>(library, "Main")(argc, argv);
 }
@@ -119,6 +135,13 @@ bool find_installation(char** argv)
         argv[0] = g_Program;
         execv(g_Program, argv);
         std::fprintf(stderr, "tovik: cannot execute %s\n", g_Program);
+        return false;
+    }
+    const char* misread = misread_path(argv[0]);
+    if (misread != nullptr) {
+        std::fprintf(stderr,
+            "tovik: the path %s holds a blank or a further \"/bin/\"; install it elsewhere\n",
+            misread);
         return false;
     }
     if (!find_library()) {

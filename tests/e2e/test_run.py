@@ -1,5 +1,5 @@
 """The host, the start page and the actions that reach beyond the window."""
-import os
+import shutil
 import subprocess
 import unittest
 
@@ -85,8 +85,18 @@ class Run(Shell):
                 (root, "op index.html"),
                 ((*root, "-url", "other.html"), "ui other.html")]:
             self.assertEqual(self.run_host(*arguments), result)
-        self.start("-url", "none.html")  # shows an empty window
+        self.start("-url", "none.html", "-verbose")  # shows an empty window
         self.window()
+        self.assertIn("App - Dialog position ", (self.dir / "trace").read_text())
+
+    def test_nothing_is_saved_for_a_page_and_what_the_engine_keeps_is_private(self):
+        page = self.page("for (const name of 'abc') { const link = document.createElement('a');"
+                         "link.href = 'data:x/y,z'; link.download = 'saved-' + name; link.click(); }"
+                         "setTimeout(exit, 1000, 'OK', 'done')")
+        self.assertEqual(self.run_host("-url", page), "done")
+        self.assertEqual([*self.dir.glob("saved-*")], [])
+        for name in (".cache/tovik", ".local/share/tovik"):
+            self.assertEqual((self.dir / name).stat().st_mode & 0o777, 0o700, name)
 
     def test_host_says_what_it_cannot_do(self):
         def fails(status, text, *arguments):
@@ -100,6 +110,10 @@ class Run(Shell):
         del self.environment["DISPLAY"]
         fails(3, "cannot open a display")
         library = self.install() / "libtovikgui.so"
+        for place in ("my apps/product", "a/bin/product"):
+            self.host = str(shutil.copytree(self.dir / "opt", self.dir / place) / "bin/tovik")
+            fails(2, f"{self.host} holds a blank or a further", "-url", self.page("exit()"))
+        self.install()
         library.write_text("no library")
         fails(2, str(library))
         library.unlink()
@@ -112,10 +126,12 @@ class Run(Shell):
         for name in (self.host, "opt/bin/tovik", "./opt/../link", str(self.dir / "link"), "tovik"):
             self.start(command=["bash", "-c", f'exec {name} "$@"', "bash"])
             self.assertEqual(self.finish(), "here", name)
-        for option, text in (("--help", "Usage: tovik"), ("--version", "tovik ")):
-            output = subprocess.run([self.host, option], env=os.environ, text=True,
-                                    capture_output=True, check=True).stdout
-            self.assertTrue(output.startswith(text))
+        for words, text in (("-verbose --help", "Usage: tovik"), ("--version -url", "tovik ")):
+            for print_option, status in ((), 0), (("--print",), 2):
+                told = subprocess.run([self.host, *print_option, *words.split()], text=True,
+                                      capture_output=True)
+                printed, other = (told.stdout, told.stderr)[::-1 if print_option else 1]
+                self.assertEqual((told.returncode, printed[:len(text)], other), (status, text, ""))
 
     def test_entry_admin_splits_its_command_line(self):
         lib = self.install()
@@ -157,7 +173,9 @@ class Run(Shell):
             self.program(name, f'#!/bin/bash\nyes 2>{os.devnull} | head -1 >{os.devnull};'
                          f' echo "{text} $PIPESTATUS" >>"{self.dir}/log"\n')
         install = self.page("location = 'tvk://install'; setTimeout(exit, 300, 'OK', 'installed')")
-        self.assertEqual(self.run_host("-url", install), "installed")
+        # The end of the script is seen though the caller has SIGCHLD ignored.
+        self.start("-url", install, command=["env", "--ignore-signal=CHLD", self.host])
+        self.assertEqual(self.finish(), "installed")
         self.assertEqual(self.run_host("-url", self.page("location = 'tvk://uninstall?status=OK'")),
                          "CKR_CANCEL")
         # The opener of the desktop, which for a scheme of no program asks for $BROWSER.
