@@ -1,8 +1,12 @@
-#define _POSIX_C_SOURCE 200809L
+#define _GNU_SOURCE
 
 #include <tovik/dialog.h>
 
+#include <ctype.h>
 #include <errno.h>
+#include <fcntl.h>
+#include <limits.h>
+#include <poll.h>
 #include <signal.h>
 #include <spawn.h>
 #include <stdbool.h>
@@ -13,38 +17,44 @@
 #include <time.h>
 #include <unistd.h>
 
-extern char** environ;
-
-#define NAME_LENGTH 256
 #define MILLISECONDS_OF_GRACE 2000
 
-/* Makes a new folder for this user alone under `parent`, and the name of a file in it. */
-static bool make_place_under(const char* parent, char* folder, char* file)
+/* The options of the program, first those that a value follows. */
+static const char* const kValued[] = {"-url", "-root", "-store", "-title", "-icon", "-size",
+    "-position", "-useragent", "-wait", "-plugin", "-config", NULL};
+static const char* const kFlags[]
+    = {"-fullscreen", "-resizing", "-system", "-verbose", "--print", "--help", "--version", NULL};
+
+static bool is_one_of(const char* word, const char* const* names)
 {
-    const int length = snprintf(folder, NAME_LENGTH, "%s/tovik-XXXXXX", parent);
-    if (length < 0 || length + 8 > NAME_LENGTH || mkdtemp(folder) == NULL) {
-        return false;
+    while (*names != NULL && strcmp(word, *names) != 0) {
+        ++names;
     }
-    return snprintf(file, NAME_LENGTH, "%s/answer", folder) > 0;
+    return *names != NULL;
 }
 
-static bool make_place(char* folder, char* file)
+/* Whether the value of an option is an option itself, as which the program would read it. */
+static bool has_option_as_value(const char* const* words)
 {
-    const char* runtime = getenv("XDG_RUNTIME_DIR");
-    return (runtime != NULL && *runtime == '/' && make_place_under(runtime, folder, file))
-        || make_place_under("/tmp", folder, file);
+    for (; words[0] != NULL && words[1] != NULL; ++words) {
+        if (is_one_of(words[0], kValued)
+            && (is_one_of(words[1], kValued) || is_one_of(words[1], kFlags))) {
+            return true;
+        }
+    }
+    return false;
 }
 
-/* Starts the program in a process group of its own; its standard output, where a host with
- * "--print" repeats the answer, leads nowhere. Returns an error number. */
-static int start(pid_t* child, char* const* words)
+/* Starts the program in a process group of its own with `output` as its standard output. Returns
+ * an error number. */
+static int start(pid_t* child, char* const* words, int output)
 {
     posix_spawn_file_actions_t files;
     posix_spawnattr_t attributes;
     posix_spawn_file_actions_init(&files);
     posix_spawnattr_init(&attributes);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
-    int error = posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", 1, 0);
+    int error = posix_spawn_file_actions_adddup2(&files, output, STDOUT_FILENO);
     if (error == 0) {
         error = posix_spawnp(child, words[0], &files, &attributes, words, environ);
     }
@@ -53,27 +63,32 @@ static int start(pid_t* child, char* const* words)
     return error;
 }
 
-/* The arguments with "--print" behind the program and "-store" at the end. With the first, a
- * host that knows it waits for a restarted dialog too and takes it along when it is ended. */
-static int start_with_options(pid_t* child, const char* const* arguments, const char* file)
+/* The same with "--print" after the program, and a pipe for its standard output. Returns the
+ * pipe's other end, or -1. */
+static int start_printing(pid_t* child, const char* const* arguments)
 {
     size_t count = 0;
     while (arguments[count] != NULL) {
         ++count;
     }
-    const char** words = calloc(count + 4, sizeof *words);
-    if (words == NULL || count == 0) {
+    int ends[2];
+    const char** words = calloc(count + 2, sizeof *words);
+    if (words == NULL || count == 0 || has_option_as_value(arguments)
+        || pipe2(ends, O_CLOEXEC) != 0) {
         free(words);
-        return ENOMEM;
+        return -1;
     }
     words[0] = arguments[0];
     words[1] = "--print";
     memcpy(words + 2, arguments + 1, (count - 1) * sizeof *words);
-    words[count + 1] = "-store";
-    words[count + 2] = file;
-    const int error = start(child, (char* const*)words);
+    const int error = start(child, (char* const*)words, ends[1]);
     free(words);
-    return error;
+    close(ends[1]);
+    if (error != 0) {
+        close(ends[0]);
+        return -1;
+    }
+    return ends[0];
 }
 
 static long long now(void)
@@ -84,11 +99,11 @@ static long long now(void)
 }
 
 /* Waits for the child until a time in milliseconds, or for ever when that is negative. */
-static bool has_ended(pid_t child, long long until)
+static bool has_ended(pid_t child, long long until, int* status)
 {
     const struct timespec pause = {0, 10000000};
     for (;;) {
-        const pid_t ended = waitpid(child, NULL, until < 0 ? 0 : WNOHANG);
+        const pid_t ended = waitpid(child, status, until < 0 ? 0 : WNOHANG);
         if (ended == child || (ended < 0 && errno != EINTR)) {
             return true;
         }
@@ -103,66 +118,122 @@ static bool has_ended(pid_t child, long long until)
 
 static void end_group(pid_t child)
 {
+    int status = 0;
     kill(-child, SIGTERM);
-    if (!has_ended(child, now() + MILLISECONDS_OF_GRACE)) {
+    if (!has_ended(child, now() + MILLISECONDS_OF_GRACE, &status)) {
         kill(-child, SIGKILL);
-        has_ended(child, -1);
+        has_ended(child, -1, &status);
     }
 }
 
-/* The file's text, released with free(); null when it is missing or empty. */
-static char* read_answer(const char* name)
+/* Waits for something to read, or the end of it, until the same time. */
+static bool is_readable(int source, long long until)
 {
-    FILE* file = fopen(name, "rb");
-    char* text = NULL;
-    if (file != NULL && fseek(file, 0, SEEK_END) == 0) {
-        const long length = ftell(file);
-        rewind(file);
-        text = length > 0 ? calloc((size_t)length + 1, 1) : NULL;
-        if (text != NULL && fread(text, 1, (size_t)length, file) != (size_t)length) {
-            free(text);
-            text = NULL;
+    struct pollfd entry = {source, POLLIN, 0};
+    for (;;) {
+        const long long left = until - now();
+        const int bounded = left < 0 ? 0 : left > INT_MAX ? INT_MAX : (int)left;
+        const int ready = poll(&entry, 1, until < 0 ? -1 : bounded);
+        if (ready > 0) {
+            return true;
+        }
+        if (until >= 0 && now() >= until) {
+            return false;
         }
     }
-    if (file != NULL) {
-        fclose(file);
-    }
-    return text;
 }
 
-static enum tovik_outcome run(
-    const char* const* arguments, unsigned int seconds, const char* file, char** answer)
+/* All that comes from the pipe until the same time, released with free(); null when its end does
+ * not come, or memory runs out. */
+static char* read_text(int source, long long until)
 {
-    pid_t child = 0;
-    if (start_with_options(&child, arguments, file) != 0) {
+    size_t length = 0;
+    size_t room = 4096;
+    char* text = malloc(room);
+    while (text != NULL && is_readable(source, until)) {
+        const ssize_t part = read(source, text + length, room - length - 1);
+        if (part == 0) {
+            text[length] = '\0';
+            return text;
+        }
+        length += part < 0 ? 0 : (size_t)part;
+        if (length + 1 == room) {
+            char* larger = realloc(text, room *= 2);
+            if (larger == NULL) {
+                break;
+            }
+            text = larger;
+        }
+    }
+    free(text);
+    return NULL;
+}
+
+/* What a text and an exit status of "--print" mean; the text loses its line end. */
+static enum tovik_outcome outcome_of(char* text, int status)
+{
+    const size_t length = strlen(text);
+    if (length < 2 || text[length - 1] != '\n' || !WIFEXITED(status)) {
         return TOVIK_NOT_SHOWN;
     }
-    if (!has_ended(child, seconds == 0 ? -1 : now() + seconds * 1000LL)) {
-        end_group(child);
-        return TOVIK_TIMED_OUT;
-    }
-    char* text = read_answer(file);
-    if (text == NULL) {
-        return TOVIK_NOT_SHOWN;
-    }
-    if (strcmp(text, "CKR_CANCEL") == 0) {
-        free(text);
+    text[length - 1] = '\0';
+    if (WEXITSTATUS(status) == 1 && strcmp(text, "CKR_CANCEL") == 0) {
         return TOVIK_CANCELLED;
     }
-    *answer = text;
-    return TOVIK_ANSWERED;
+    return WEXITSTATUS(status) == 0 ? TOVIK_ANSWERED : TOVIK_NOT_SHOWN;
 }
 
 enum tovik_outcome tovik_dialog(const char* const* arguments, unsigned int seconds, char** answer)
 {
-    char folder[NAME_LENGTH];
-    char file[NAME_LENGTH];
     *answer = NULL;
-    if (!make_place(folder, file)) {
+    pid_t child = 0;
+    int status = 0;
+    const long long until = seconds == 0 ? -1 : now() + seconds * 1000LL;
+    const int source = start_printing(&child, arguments);
+    if (source < 0) {
         return TOVIK_NOT_SHOWN;
     }
-    const enum tovik_outcome outcome = run(arguments, seconds, file, answer);
-    unlink(file);
-    rmdir(folder);
+    char* text = read_text(source, until);
+    enum tovik_outcome outcome = TOVIK_TIMED_OUT;
+    if (text != NULL && has_ended(child, until, &status)) {
+        outcome = outcome_of(text, status);
+    } else {
+        end_group(child);
+    }
+    close(source);
+    if (outcome == TOVIK_ANSWERED) {
+        *answer = text;
+    } else {
+        free(text);
+    }
     return outcome;
+}
+
+/* Appends the text with all but letters and digits as "%XX"; returns the end. */
+static char* append_encoded(char* end, const char* text)
+{
+    for (; *text != '\0'; ++text) {
+        const unsigned char byte = (unsigned char)*text;
+        end += sprintf(end, isalnum(byte) && byte < 128 ? "%c" : "%%%02X", byte);
+    }
+    return end;
+}
+
+char* tovik_query(const char* const* pairs)
+{
+    size_t room = sizeof "query://";
+    for (const char* const* text = pairs; *text != NULL; ++text) {
+        room += 3 * strlen(*text) + 1;
+    }
+    char* const word = malloc(room);
+    if (word == NULL) {
+        return NULL;
+    }
+    char* end = strcpy(word, "query://") + strlen("query://");
+    for (size_t i = 0; pairs[i] != NULL; ++i) {
+        *end++ = i == 0 ? '?' : i % 2 == 0 ? '&' : '=';
+        end = append_encoded(end, pairs[i]);
+    }
+    *end = '\0';
+    return word;
 }

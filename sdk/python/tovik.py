@@ -8,12 +8,17 @@
 """
 import contextlib
 import os
-import pathlib
 import signal
 import subprocess
-import tempfile
+import urllib.parse
 
 GRACE = 2  # seconds between asking a dialog to end and ending it
+
+# The options of the program, first those that a value follows.
+VALUED = frozenset(("-url", "-root", "-store", "-title", "-icon", "-size", "-position",
+                    "-useragent", "-wait", "-plugin", "-config"))
+FLAGS = frozenset(("-fullscreen", "-resizing", "-system", "-verbose",
+                   "--print", "--help", "--version"))
 
 
 class NoAnswer(Exception):
@@ -28,51 +33,59 @@ class TimedOut(NoAnswer, TimeoutError):
     """No answer came in time; the dialog has been ended."""
 
 
-def dialog(*arguments, program="tovik", timeout=None):
+class Refused(NoAnswer, ValueError):
+    """An argument means something else to the program, or cannot be handed to one."""
+
+
+def dialog(*arguments, program="tovik", timeout=None, query=None):
     """Runs a dialog to its end and returns the page's answer, perhaps a status such as "ERR".
 
     arguments   options of the program, without "-store"
     program     "tovik", found on PATH, or a path
     timeout     seconds to wait; None waits for ever
+    query       names and values for the start page, a mapping or pairs, encoded here. No argument
+                that holds "://" takes its place, as it would without; {} keeps the page without a
+                query
 
-    Raises Cancelled, TimedOut or, when there is no answer at all, NoAnswer.
+    The answer travels through a pipe. When this process ends, however it does, so does the dialog.
+
+    Raises Cancelled, TimedOut, Refused or, when there is no answer at all, NoAnswer.
     """
-    with tempfile.TemporaryDirectory(prefix="tovik-", dir=_runtime_directory()) as folder:
-        answer = pathlib.Path(folder, "answer")
-        # A host that knows "--print" waits for a restarted dialog too, and takes it along when it
-        # is ended.
-        _run([program, "--print", *arguments, "-store", answer], timeout)
-        try:
-            text = answer.read_bytes().decode(errors="surrogateescape")
-        except FileNotFoundError:
-            text = ""
-    if text == "":
-        raise NoAnswer(f"{program} ended without an answer")
-    if text == "CKR_CANCEL":
+    words = [os.fspath(word) for word in arguments]
+    for name, value in zip(words, words[1:]):
+        if name in VALUED and value in VALUED | FLAGS:
+            raise Refused(f"the value of {name} is the option {value}")
+    try:
+        if query is not None:
+            encoded = urllib.parse.urlencode(query, quote_via=urllib.parse.quote)
+            words.insert(0, "query://" + ("?" + encoded if encoded else ""))
+        status, printed = _run([program, "--print", *words], timeout)
+    except ValueError as error:  # a null byte or a lone surrogate
+        raise Refused(str(error)) from error
+    text = printed.decode(errors="surrogateescape").removesuffix("\n")
+    if status == 1 and text == "CKR_CANCEL":
         raise Cancelled("cancelled")
+    if status != 0 or text == "":
+        raise NoAnswer(f"{program} ended with status {status} and without an answer")
     return text
 
 
-def _runtime_directory():
-    """A directory of this user's own; None for that of temporary files."""
-    directory = os.environ.get("XDG_RUNTIME_DIR", "")
-    usable = os.path.isabs(directory) and os.access(directory, os.W_OK | os.X_OK)
-    return directory if usable else None
-
-
 def _run(command, timeout):
-    """Runs the command in a process group of its own, which does not outlive the call."""
+    """Runs the command in a process group of its own, which does not outlive the call; returns
+    its exit status and what it has printed."""
     try:
-        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, start_new_session=True)
+        process = subprocess.Popen(command, stdout=subprocess.PIPE, start_new_session=True)
     except OSError as error:
         raise NoAnswer(str(error)) from error
-    try:
-        process.wait(timeout)
-    except BaseException as error:
-        _end(process)
-        if isinstance(error, subprocess.TimeoutExpired):
-            raise TimedOut(f"no answer in {timeout} seconds") from None
-        raise
+    with process:
+        try:
+            printed, _ = process.communicate(timeout=timeout)
+            return process.returncode, printed
+        except BaseException as error:
+            _end(process)
+            if isinstance(error, subprocess.TimeoutExpired):
+                raise TimedOut(f"no answer in {timeout} seconds") from None
+            raise
 
 
 def _end(process):

@@ -1,18 +1,23 @@
 """What the SDK promises, on the real engine and in an ordinary browser."""
-import contextlib
 import html
 import json
 import os
 import pathlib
 import re
+import shlex
 import shutil
+import signal
 import subprocess
 import sys
+import unittest.mock
 
 from server import serve
 from shell import BUILD, PATIENCE, SOURCE, Shell
 from test_bridge import CALLS
 from test_print import RESTART
+
+sys.path.insert(0, str(SOURCE / "sdk/python"))
+import tovik  # noqa: E402
 
 CHROMIUM = ("chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run "
             "--disable-background-networking --disable-component-update --disable-sync "
@@ -33,6 +38,18 @@ SURROGATES = "Tovik.EnumProperty('x\\ud800y\\udc00', 'é\\u{1f600}')"
 ASKED = [("exit('OK', 'a é')", "answer: a é", {}), ("exit('ERR')", "answer: ERR", {}),
          ("exit('')", "cancelled", {}), ("exit('OK')", "no answer", {"DISPLAY": "none"}),
          ("exit('OK')", "no answer", {"PATH": "/none"})]
+
+QUERY = """#include <stdio.h>
+#include <tovik/dialog.h>
+int main(int count, char** words)
+{
+    const char* pairs[] = {"a b", "\\"é&+", NULL};
+    const char* arguments[] = {"tovik", tovik_query(pairs), words[1], words[2], words[3], words[4], NULL};
+    char* answer = NULL;
+    tovik_dialog(arguments, 0, &answer);
+    return count != 5 || fputs(answer ? answer : "none", stdout) < 0;
+}
+"""
 
 
 class Sdk(Shell):
@@ -113,6 +130,14 @@ class Sdk(Shell):
             self.environment = everything
             address = serve(self, RESTART % "exit('OK', text.split(' ')[0])") + "/page"
             self.assertEqual(self.called(command, address), "answer: 2\n")
+            printed = self.called([*command, "-title", "--print"], self.page("exit('OK')"))
+            self.assertTrue(printed.startswith("no answer"), printed)
+            for number in (signal.SIGTERM, signal.SIGKILL, signal.SIGINT):
+                caller = self.spawn([*command, "-url", self.page("")], env=self.environment,
+                                    cwd=self.sdk, stderr=subprocess.DEVNULL)
+                self.until(lambda: self.ask("xdotool search --onlyvisible --class tovik"))
+                caller.send_signal(number)
+                self.until(lambda: not self.ask("xdotool search --class tovik"))
         for command in ([sys.executable, "late.py"], ["./late"]):
             self.assertIn("no answer in ", self.called(command, self.page("")))
             self.until(lambda: not self.ask("xdotool search --class tovik"))
@@ -120,9 +145,29 @@ class Sdk(Shell):
     def called(self, command, address):
         process = self.spawn([*command, "-url", address], env=self.environment, cwd=self.sdk,
                              text=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-        while process.poll() is None:
-            with contextlib.suppress(FileNotFoundError):
-                for folder in self.runtime.glob("tovik-*"):
-                    self.assertEqual(folder.stat().st_mode & 0o777, 0o700)
+        output = process.communicate()[0]
         self.assertEqual([*self.runtime.glob("tovik-*")], [], "left behind")
-        return process.communicate()[0]
+        return output
+
+    def test_callers_hand_over_what_they_are_given(self):
+        words = ["-title", "Sign https://shop/?amount=1",
+                 "-url", self.page("exit('OK', location.search)")]
+        query = "?a%20b=%22%C3%A9%26%2B"
+        (self.sdk / "query.c").write_text(QUERY)
+        self.ask(f"cd {self.sdk} && cc -Iinclude query.c c/tovik_dialog.c -o query")
+        self.assertEqual(self.ask(shlex.join([f"{self.sdk}/query", *words])), query)
+        with unittest.mock.patch.dict(os.environ, self.environment):
+            self.assertEqual(tovik.dialog(*words, query={"a b": '"é&+'}), query)
+            self.assertEqual(tovik.dialog(*words, query={}), "OK")
+            for wrong in (["a\0b"], ["\ud800"], ["-title", "-store"], ["-wait", "--help"]):
+                self.assertRaises(tovik.Refused, tovik.dialog, *words, *wrong)
+            self.assertRaises(tovik.Refused, tovik.dialog, *words, query={"a": "\ud800"})
+
+    def test_callers_know_the_options(self):
+        text = self.ask("tovik --help")
+        valued = set(re.findall(r"^ +(-\w+) [A-Z]", text, re.M))
+        flags = set(re.findall(r"^ +(--?\w+)  ", text, re.M))
+        self.assertEqual((tovik.VALUED, tovik.FLAGS), (valued, flags))
+        source = (self.sdk / "c/tovik_dialog.c").read_text()
+        names = re.findall(r"k(?:Valued|Flags)\[\]\s*= {(.*?)NULL", source, re.S)
+        self.assertEqual([set(re.findall('"(.*?)"', name)) for name in names], [valued, flags])
