@@ -17,9 +17,10 @@ constexpr char kHelpEnd[] = R"(
 A value never begins with "-". The query of the first argument that holds "://" is passed on to
 the page.
 
-Exit status: 0 the window was shown and is gone, whatever the answer; 2 the library cannot be
-loaded; 3 there is no display. The answer stands in FILE alone; CKR_CANCEL is a closed window.
-With --print it is 1 when the answer is CKR_CANCEL or there is none, and FILE may be left out.
+Exit status: 0 the window was shown and is gone, whatever the answer; 1 the display was lost;
+2 the library cannot be loaded, or not from this place; 3 there is no display. The answer stands
+in FILE alone; CKR_CANCEL is a closed window. With --print it is 1 when the answer is CKR_CANCEL or
+there is none, 2 beside --help and --version, and FILE may be left out.
 )";
 
 /// A text put together while compiling; one that does not fit does not compile.
