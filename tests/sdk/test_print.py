@@ -54,8 +54,11 @@ class Print(Shell):
                 (1, "", "tovik: --print needs the name of a file after -store\n", "-store")]:
             self.prints(status, output, errors, *arguments)
         self.assertEqual(older.read_text(), "a b\n")
-        closed = ["bash", "-c", 'trap "" CHLD; exec tovik "$@" <&- 2>&-', "bash"]
-        self.prints(0, "a b\n\n", "", "-verbose", "-url", answer, command=closed)
+        # Beside a child of another program, which sends signals that the caller has it ignore.
+        busy = ["bash", "-c", 'trap "" CHLD HUP; while kill -HUP $$; do sleep 0.1; done 2>/dev/null &'
+                ' exec tovik "$@" <&- 2>&-', "bash"]
+        self.prints(0, "a b\n\n", "", "-verbose", "-url", answer, command=busy)
+        self.prints(1, "", "", "-url", answer, "-store", self.dir / "none/answer", command=busy)
         self.start("--print", "-verbose", "-url", answer)
         self.finish()
         self.assertEqual(self.trace, "a b\n\n")
@@ -65,7 +68,9 @@ class Print(Shell):
 
     def test_restarted_dialog_gives_the_answer_and_ends_with_the_caller(self):
         address = serve(self, RESTART % "exit('OK', text + location.search)") + "/page?x"
-        self.prints(0, "2 Own/1.0?x\n", "", "-url", address, "-useragent", "Own/1.0")
+        (self.dir / "older").write_text("an older answer")
+        self.prints(0, "2 Own/1.0?x\n", "", "-url", address, "-useragent", "Own/1.0",
+                    "-store", self.dir / "older")
         for page, size, number in [("", "320x", signal.SIGTERM), (HALF, "160x", signal.SIGINT),
                                    ("", "320x", signal.SIGKILL), (HALF, "160x", signal.SIGKILL)]:
             self.start("--print", "-title", "asked", "-url", serve(self, page) + "/page")

@@ -121,7 +121,10 @@ class Sdk(Shell):
             (self.sdk / name.replace("ask", "late")).write_text(late)
         for name in ("ask", "late"):
             self.ask(f"cd {self.sdk} && {strict} {name}.c c/tovik_dialog.c -o {name}")
-        everything = self.environment
+        everything, stubborn = self.environment, self.dir / "stubborn/tovik"
+        stubborn.parent.mkdir()
+        stubborn.write_text("#!/bin/sh\ntrap '' TERM\nexec sleep 1000\n")
+        stubborn.chmod(0o700)
         for command in ([sys.executable, "ask.py"], ["./ask"]):
             for script, output, missing in ASKED:
                 self.environment = everything | missing
@@ -139,7 +142,10 @@ class Sdk(Shell):
                 caller.send_signal(number)
                 self.until(lambda: not self.ask("xdotool search --class tovik"))
         for command in ([sys.executable, "late.py"], ["./late"]):
-            self.assertIn("no answer in ", self.called(command, self.page("")))
+            for folder in (BUILD / "bin", stubborn.parent):
+                self.environment = everything | {"PATH": f"{folder}:{os.environ['PATH']}"}
+                self.assertIn("no answer in ", self.called(command, self.page("")))
+            self.environment = everything
             self.until(lambda: not self.ask("xdotool search --class tovik"))
 
     def called(self, command, address):
