@@ -1,4 +1,5 @@
 """The host, the start page and the actions that reach beyond the window."""
+import os
 import shutil
 import subprocess
 import unittest
@@ -122,7 +123,7 @@ class Run(Shell):
     def test_host_finds_its_place_however_it_is_started(self):
         self.page("exit('OK', 'here')", self.install() / "index.html")
         (self.dir / "link").symlink_to(self.host)
-        self.environment["PATH"] = f"{self.dir}/opt/bin:{os.environ['PATH']}"
+        self.environment["PATH"] = f"{self.dir}/opt/bin:{self.environment['PATH']}"
         for name in (self.host, "opt/bin/tovik", "./opt/../link", str(self.dir / "link"), "tovik"):
             self.start(command=["bash", "-c", f'exec {name} "$@"', "bash"])
             self.assertEqual(self.finish(), "here", name)
