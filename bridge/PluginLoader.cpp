@@ -1,10 +1,10 @@
 #include "bridge/PluginLoader.h"
 
 #include "plugin/plugin.h"
+#include "process/ProcessArguments.h"
+#include "process/Trace.h"
 #include "util/Layout.h"
 #include "util/StringUtil.h"
-#include "webapp/ProcessArguments.h"
-#include "webapp/Trace.h"
 
 namespace {
 

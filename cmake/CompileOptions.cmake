@@ -42,11 +42,3 @@ int main() { static_assert(__USE_FORTIFY_LEVEL == 3); }" has_fortify_3)
   add_compile_options(
     "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=${level}>")
 endif()
-
-# tovik_room(NAME SOURCE...): one room of the library as an object library, so that every room
-# states what it links to. The rooms below GTK have no include path to it; scripts/lint.sh looks
-# at what bridge/ takes from webapp/.
-function(tovik_room name)
-  add_library(${name} OBJECT ${ARGN})
-  target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
-endfunction()

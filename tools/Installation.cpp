@@ -1,10 +1,10 @@
 // The files of the installation, as the library's own searches find them.
 #include "bridge/WebBridge.h"
+#include "process/ProcessArguments.h"
 #include "tools/Doctor.h"
 #include "tools/ElfFile.h"
 #include "tools/Witness.h"
 #include "util/Layout.h"
-#include "webapp/ProcessArguments.h"
 
 #include <filesystem>
 #include <utility>

@@ -1,11 +1,12 @@
 // The run that the command line asks for.
 #include "bridge/WebBridge.h"
+#include "process/ProcessArguments.h"
+#include "process/ProcessState.h"
 #include "tools/Doctor.h"
 #include "tools/UserAgent.h"
 #include "tools/Witness.h"
 #include "util/Layout.h"
 #include "webapp/Options.h"
-#include "webapp/ProcessArguments.h"
 #include "webapp/ShellArguments.h"
 #include "webapp/ShellState.h"
 #include "webapp/StartPage.h"

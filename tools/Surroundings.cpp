@@ -1,8 +1,8 @@
 // What surrounds a run: the engine, its environment, the graphics driver.
 #include "host/Graphics.h"
+#include "process/ProcessState.h"
 #include "tools/Doctor.h"
 #include "tools/Witness.h"
-#include "webapp/ShellState.h"
 
 #include <webkit2/webkit2.h>
 

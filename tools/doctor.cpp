@@ -4,11 +4,11 @@
 // doctor executes itself anew with the product's program as that word; which library it speaks for
 // is in Witness.h. It is an executable alone: a library of its own in lib/ would be one more that
 // WebKit opens in every web process.
-#include "tools/Doctor.h"
+#include "process/ProcessState.h"
 #include "tools/Child.h"
+#include "tools/Doctor.h"
 #include "tools/Witness.h"
 #include "webapp/Options.h"
-#include "webapp/ShellState.h"
 
 #include <cstdio>
 #include <cstring>

@@ -1,11 +1,12 @@
 #include "webapp/PageActions.h"
 
+#include "process/ProcessState.h"
+#include "process/Trace.h"
 #include "util/FreshProcess.h"
 #include "util/StringUtil.h"
 #include "util/Utility.h"
 #include "webapp/ShellState.h"
 #include "webapp/StartPage.h"
-#include "webapp/Trace.h"
 #include "webapp/View.h"
 #include "webapp/Window.h"
 

@@ -1,8 +1,5 @@
 #include "webapp/ShellState.h"
 
-constinit int g_ARGC = 0;
-constinit char** g_ARGV = nullptr;
-constinit std::uint32_t g_Verbose = 0;
 constinit WebKitWebView* g_WebView = nullptr;
 constinit GtkWidget* g_MainWindow = nullptr;
 constinit std::uint32_t g_Size = 0;

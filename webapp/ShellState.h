@@ -9,9 +9,6 @@
 typedef struct _GtkWidget GtkWidget;
 typedef struct _WebKitWebView WebKitWebView;
 
-extern int g_ARGC; // Main: number of the process arguments
-extern char** g_ARGV; // Main: the process arguments themselves, the caller's
-extern std::uint32_t g_Verbose; // wa_verbose: 0 not yet known, 1 tracing on, 2 tracing off
 extern WebKitWebView* g_WebView; // wa_gui_start: the one web view
 extern GtkWidget* g_MainWindow; // wa_gui_show: the one window
 extern std::uint32_t g_Size; // wa_gui_show: packed pair, the reference of every later resize

@@ -1,12 +1,13 @@
 #include "webapp/StartPage.h"
 
 #include "bridge/WebBridge.h"
+#include "process/ProcessArguments.h"
+#include "process/ProcessState.h"
+#include "process/Trace.h"
 #include "util/MemoryUtil.h"
 #include "util/StringUtil.h"
 #include "util/Utility.h"
-#include "webapp/ProcessArguments.h"
 #include "webapp/ShellState.h"
-#include "webapp/Trace.h"
 
 #include <utility>
 

@@ -1,11 +1,11 @@
 #include "webapp/View.h"
 
 #include "bridge/WebBridge.h"
+#include "process/Trace.h"
 #include "util/StringUtil.h"
 #include "webapp/OwnedObject.h"
 #include "webapp/PageActions.h"
 #include "webapp/ShellState.h"
-#include "webapp/Trace.h"
 
 namespace {
 

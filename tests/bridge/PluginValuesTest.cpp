@@ -2,9 +2,9 @@
 #include "bridge/InfoTexts.h"
 #include "bridge/WebBridge.h"
 #include "plugin/plugin.h"
+#include "process/ProcessState.h"
 #include "tests/support/TempDirectory.h"
 #include "util/Utility.h"
-#include "webapp/ShellState.h"
 
 #include <gtest/gtest.h>
 

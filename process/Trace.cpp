@@ -1,7 +1,7 @@
-#include "webapp/Trace.h"
+#include "process/Trace.h"
 
+#include "process/ProcessState.h"
 #include "util/Arguments.h"
-#include "webapp/ShellState.h"
 
 #include <cstdio>
 

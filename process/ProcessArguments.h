@@ -1,5 +1,4 @@
-// ProcessArguments.h: option lookup over the arguments that Main received. Together with Trace.h
-// this is the leaf of the shell that knows no GTK and that the bridge may use.
+// ProcessArguments.h: option lookup over the arguments that Main received.
 #pragma once
 
 /// get_argument() over the process arguments: 1 with the option's value, the empty string when it

@@ -1,7 +1,7 @@
-#include "webapp/ProcessArguments.h"
+#include "process/ProcessArguments.h"
 
+#include "process/ProcessState.h"
 #include "util/Arguments.h"
-#include "webapp/ShellState.h"
 
 int wa_get_argument(const char* name, const char** value)
 {
