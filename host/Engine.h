@@ -4,8 +4,6 @@
 #include "host/Library.h"
 
 /// Cancels every download before it writes: any frame can start one, without the user's consent.
-/// Waits for the view of the run, because the engine's context opens files, and Main notes before
-/// which files the caller wants inherited. `library` is used until then.
 void refuse_downloads(const Library& library);
 
 /// Makes the directories in which the engine keeps data and caches of `program` with mode 0700
