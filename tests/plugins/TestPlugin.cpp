@@ -43,7 +43,8 @@ const char* endless_text()
     std::ofstream("/proc/self/fd/" + std::to_string(file)) << std::string(kPart, 'x');
     void* text = mmap(nullptr, kWhole + 1, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     for (std::size_t at = 0; at < kWhole; at += kPart) {
-        mmap(static_cast<char*>(text) + at, kPart, PROT_READ, MAP_SHARED | MAP_FIXED, file, 0);
+        static_cast<void>(
+            mmap(static_cast<char*>(text) + at, kPart, PROT_READ, MAP_SHARED | MAP_FIXED, file, 0));
     }
     return static_cast<const char*>(text);
 }
