@@ -4,7 +4,6 @@ import json
 import os
 import pathlib
 import re
-import shlex
 import shutil
 import signal
 import subprocess
@@ -156,12 +155,12 @@ class Sdk(Shell):
         return output
 
     def test_callers_hand_over_what_they_are_given(self):
-        words = ["-title", "Sign https://shop/?amount=1",
-                 "-url", self.page("exit('OK', location.search)")]
+        title, page = ["-title", "Sign https://shop/?amount=1"], self.page("exit('OK', location.search)")
+        words = [*title, "-url", page]
         query = "?a%20b=%22%C3%A9%26%2B"
         (self.sdk / "query.c").write_text(QUERY)
         self.ask(f"cd {self.sdk} && cc -Iinclude query.c c/tovik_dialog.c -o query")
-        self.assertEqual(self.ask(shlex.join([f"{self.sdk}/query", *words])), query)
+        self.assertEqual(self.called(["./query", *title], page), query)
         with unittest.mock.patch.dict(os.environ, self.environment):
             self.assertEqual(tovik.dialog(*words, query={"a b": '"é&+'}), query)
             self.assertEqual(tovik.dialog(*words, query={}), "OK")
