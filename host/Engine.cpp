@@ -14,6 +14,18 @@ void download_started_cb(void*, void* download, void* cancel) noexcept
     reinterpret_cast<void (*)(void*)>(cancel)(download);
 }
 
+int main_loop_started_cb(void* data) noexcept
+{
+    using Connect = unsigned long(
+        void*, const char*, void (*)(void*, void*, void*), void*, void*, unsigned int);
+    const Library& library = *static_cast<const Library*>(data);
+    auto* cancel = function_of<void(void*)>(library, "webkit_download_cancel");
+    void* context = function_of<void*()>(library, "webkit_web_context_get_default")();
+    function_of<Connect>(library, "g_signal_connect_data")(context, "download-started",
+        download_started_cb, reinterpret_cast<void*>(cancel), nullptr, 0);
+    return 0;
+}
+
 int caller_ended_cb(int, unsigned int, void*) noexcept
 {
     _exit(0);
@@ -21,14 +33,14 @@ int caller_ended_cb(int, unsigned int, void*) noexcept
 
 } // namespace
 
-void refuse_downloads(const Library& library)
+void refuse_downloads(Library& library)
 {
-    using Connect = unsigned long(
-        void*, const char*, void (*)(void*, void*, void*), void*, void*, unsigned int);
-    auto* cancel = function_of<void(void*)>(library, "webkit_download_cancel");
-    void* context = function_of<void*()>(library, "webkit_web_context_get_default")();
-    function_of<Connect>(library, "g_signal_connect_data")(context, "download-started",
-        download_started_cb, reinterpret_cast<void*>(cancel), nullptr, 0);
+    // In the main loop, before what the engine has to say: if the host made the context, scripts
+    // and a restarted program would inherit what the engine opens for it.
+    using Add = unsigned int(int, int (*)(void*), void*, void (*)(void*));
+    constexpr int kHighPriority = -100;
+    function_of<Add>(library, "g_idle_add_full")(
+        kHighPriority, main_loop_started_cb, &library, nullptr);
 }
 
 void make_private_storage(const Library& library, const char* program)

@@ -3,8 +3,9 @@
 
 #include "host/Library.h"
 
-/// Cancels every download before it writes: any frame can start one, without the user's consent.
-void refuse_downloads(const Library& library);
+/// Has the main loop begin with cancelling every download before it writes: any frame can start
+/// one, without the user's consent. The library is kept until then.
+void refuse_downloads(Library& library);
 
 /// Makes the directories in which the engine keeps data and caches of `program` with mode 0700
 /// when they are missing; the engine itself would make them with the mode of the umask.

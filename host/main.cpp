@@ -91,7 +91,7 @@ const char* missing_package(const char* loaderText)
 /// Loads the library, checks that there is a display, and runs.
 int run(int argc, char** argv)
 {
-    const Library library = {dlopen(g_Library, RTLD_NOW | RTLD_LOCAL), g_Library};
+    Library library = {dlopen(g_Library, RTLD_NOW | RTLD_LOCAL), g_Library};
     if (library.handle == nullptr) {
         const char* reason = dlerror();
         std::fprintf(
