@@ -62,8 +62,7 @@ TEST(Window, HasAnIconThatLaterWindowsHaveToo)
 
 TEST(UserAgent, IsAcceptedExactlyWhereWebKitAcceptsIt)
 {
-    const auto none = static_cast<GLogLevelFlags>(G_LOG_FATAL_MASK);
-    const GLogLevelFlags fatal = g_log_set_always_fatal(none);
+    const GLogLevelFlags fatal = g_log_set_always_fatal(G_LOG_LEVEL_ERROR);
     const GLogFunc log = g_log_set_default_handler([](auto...) {}, nullptr);
     const OwnedObject<WebKitSettings> settings(webkit_settings_new());
     const auto check = [&settings](const std::string& text) {
