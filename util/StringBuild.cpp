@@ -3,6 +3,7 @@
 
 #include "util/MemoryUtil.h"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace tovik {
@@ -17,11 +18,11 @@ char* copied(const char* s, std::size_t length)
     return text;
 }
 
-/// Units of an array for `n` characters and a terminator. The largest count has no such number, and
-/// is passed on as it is: an array of that size is refused as every other too large one.
+/// Units of an array for `n` characters and a terminator. Counts beyond every array's size, whose
+/// sum would wrap, ask for the largest array, for which there is no memory either.
 std::size_t bounded_capacity(std::size_t n)
 {
-    return n == SIZE_MAX ? n : n + 1;
+    return std::min<std::size_t>(n, PTRDIFF_MAX - 1) + 1;
 }
 
 char* concatenated(const char* const* parts, std::size_t count)

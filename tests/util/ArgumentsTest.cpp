@@ -17,12 +17,14 @@ std::vector<std::string> strings_of(char** list, int count)
 }
 
 // The linker hands the calls of malloc() and calloc() in this program's objects to the functions
-// below.
-int allocationsLeft = -1; // until one fails; below 0 none does
+// below, from which the compiler, knowing malloc(), expects no change of a variable.
+volatile int allocationsLeft = -1; // until one fails; below 0 none does
 
 bool refused()
 {
-    return allocationsLeft >= 0 && allocationsLeft-- == 0;
+    const int left = allocationsLeft;
+    allocationsLeft = left < 0 ? left : left - 1;
+    return left == 0;
 }
 
 /// Makes a list with the first, second, ... allocation failing, until none fails any more. Returns
