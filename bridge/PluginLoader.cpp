@@ -50,7 +50,7 @@ void find_brand_file(char* buffer, const char* directory, const char* prefix, co
 }
 
 /// Looks for the plug-in library and its configuration file in the directory of "-root".
-void find_under_root(PluginPaths& paths, const char* root)
+void find_plugin_under_root(PluginPaths& paths, const char* root)
 {
     const std::size_t length = tovik::_strlen(root);
     if (length == 0 || length + 15 > kLongestPath) {
@@ -73,7 +73,7 @@ PluginPaths find_plugin()
     if (*library != 0) {
         copy_path(paths.library, library);
     } else {
-        find_under_root(paths, option_value("-root"));
+        find_plugin_under_root(paths, option_value("-root"));
     }
     if (paths.library[0] == 0 && !osGetLibrary(paths.library, sizeof paths.library)) {
         paths.library[0] = 0;

@@ -7,7 +7,7 @@
 
 namespace {
 
-const char* printable(const char* text)
+const char* text_or_empty(const char* text)
 {
     return text == nullptr ? "" : text;
 }
@@ -25,14 +25,14 @@ int wa_verbose()
 void wa_trace(const char* label, const char* text)
 {
     if (wa_verbose() != 0 && (label != nullptr || text != nullptr)) {
-        std::printf("App - %s %s\n", printable(label), printable(text));
+        std::printf("App - %s %s\n", text_or_empty(label), text_or_empty(text));
     }
 }
 
 void wa_trace(const char* label, std::uint32_t value)
 {
     if (wa_verbose() != 0) {
-        std::printf("App - %s 0x%.8X\n", printable(label), value);
+        std::printf("App - %s 0x%.8X\n", text_or_empty(label), value);
     }
 }
 

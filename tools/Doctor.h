@@ -23,7 +23,7 @@ void examine_installation(const std::string& program, Report& report);
 void examine_plugin_files(Report& report);
 
 /// The run that the process arguments ask for: plug-in, options, start page, icon, window, answer.
-/// When g_Witness says that the plug-in is loaded, it and the library run in this process.
+/// When g_CallRecorder says that the plug-in is loaded, it and the library run in this process.
 /// prints  whether the host is asked to print the answer
 void examine_run(bool prints, Report& report);
 

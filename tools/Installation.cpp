@@ -1,9 +1,9 @@
 // The files of the installation, as the library's own searches find them.
 #include "bridge/WebBridge.h"
 #include "process/ProcessArguments.h"
+#include "tools/CallRecorder.h"
 #include "tools/Doctor.h"
 #include "tools/ElfFile.h"
-#include "tools/Witness.h"
 #include "util/Layout.h"
 
 #include <filesystem>
@@ -58,7 +58,7 @@ std::string versioned_names(const fs::path& module)
 
 void examine_library(Report& report)
 {
-    const std::string& module = g_Witness.module;
+    const std::string& module = g_CallRecorder.module;
     if (!is_there(module)) {
         const std::string versioned = versioned_names(module);
         report.wrong("library",
@@ -112,7 +112,7 @@ struct ExtensionFiles {
 
 ExtensionFiles extension_files(const std::string& directory)
 {
-    const fs::path& library = g_Witness.module;
+    const fs::path& library = g_CallRecorder.module;
     ExtensionFiles found;
     for (const fs::path& file : files_in(directory)) {
         const bool same = is_same_file(file, library);
@@ -166,13 +166,13 @@ std::string examine_extension_files(Report& report, const std::string& directory
 /// Reports on the directory and its files and returns the library's file there, or nothing.
 std::string examine_extension_directory(Report& report)
 {
-    g_Witness.extensionDirectory.reset();
+    g_CallRecorder.extensionDirectory.reset();
     wa_web_init_web_extension_cb(nullptr, nullptr);
     places_looked_at();
-    const std::string directory = g_Witness.extensionDirectory.value_or("");
+    const std::string directory = g_CallRecorder.extensionDirectory.value_or("");
     if (directory.empty()) {
         report.wrong("extension directory",
-            g_Witness.extensionDirectory.has_value()
+            g_CallRecorder.extensionDirectory.has_value()
                 ? "empty, as -root has no value; give it one"
                 : "none, so pages have no Tovik: it is that of the plug-in; install the plug-in "
                   "beside the library, or give -root");
@@ -195,11 +195,11 @@ std::string examine_extension_directory(Report& report)
 /// other  the plug-in of the window's process
 void examine_web_process(Report& report, const std::string& library, const std::string& other)
 {
-    const std::string ours = std::exchange(g_Witness.module, library);
+    const std::string ours = std::exchange(g_CallRecorder.module, library);
     char root[kPathCapacity];
     const bool hasRoot = osGetModuleRoot(root, sizeof root);
     const std::string path = (hasRoot ? root : "") + ("lib" + brand_name() + ".so");
-    g_Witness.module = ours;
+    g_CallRecorder.module = ours;
     if (!is_there(path)) {
         report.wrong(
             "plug-in for pages", "there is no " + path + "; put the plug-in beside the library");
@@ -262,7 +262,7 @@ void examine_plugin_files(Report& report)
     places_looked_at();
     wa_GetPlugin();
     const std::string places = places_looked_at();
-    const std::string& plugin = g_Witness.plugin;
+    const std::string& plugin = g_CallRecorder.plugin;
     const std::string behind = places.empty() ? "" : "; " + places;
     if (plugin.empty()) {
         report.wrong("plug-in",
@@ -273,8 +273,8 @@ void examine_plugin_files(Report& report)
     } else {
         report.ok("plug-in", plugin + behind);
     }
-    examine_config(report, "global configuration", g_Witness.globalConfig);
-    examine_config(report, "local configuration", g_Witness.localConfig);
+    examine_config(report, "global configuration", g_CallRecorder.globalConfig);
+    examine_config(report, "local configuration", g_CallRecorder.localConfig);
     examine_root(report);
     const std::string library = examine_extension_directory(report);
     if (!library.empty()) {

@@ -2,9 +2,9 @@
 #include "bridge/WebBridge.h"
 #include "process/ProcessArguments.h"
 #include "process/ProcessState.h"
+#include "tools/CallRecorder.h"
 #include "tools/Doctor.h"
 #include "tools/UserAgent.h"
-#include "tools/Witness.h"
 #include "util/Layout.h"
 #include "webapp/Options.h"
 #include "webapp/ShellArguments.h"
@@ -112,7 +112,7 @@ void examine_query(const ShellArguments& arguments, Report& report)
 
 void examine_loaded_library(Report& report)
 {
-    void* library = dlopen(g_Witness.module.c_str(), RTLD_NOW | RTLD_LOCAL);
+    void* library = dlopen(g_CallRecorder.module.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) {
         report.wrong("loaded library", dlerror());
         return;
@@ -120,7 +120,7 @@ void examine_loaded_library(Report& report)
     for (const char* name : {"Main", "EntryAdmin", "webkit_web_extension_initialize"}) {
         if (dlsym(library, name) == nullptr) {
             report.wrong("loaded library",
-                g_Witness.module + " has no function " + name + "; install it again");
+                g_CallRecorder.module + " has no function " + name + "; install it again");
         }
     }
 }
@@ -128,15 +128,15 @@ void examine_loaded_library(Report& report)
 void examine_loaded_plugin(Report& report)
 {
     if (wa_GetPlugin() == nullptr) {
-        const std::string& why = g_Witness.loadFailure;
+        const std::string& why = g_CallRecorder.loadFailure;
         report.wrong("plug-in of the window",
-            (!g_Witness.loadedPlugin.empty() ? "does not initialise"
-                    : why.empty()            ? "has no complete set of entry points"
-                                             : why)
+            (!g_CallRecorder.loadedPlugin.empty() ? "does not initialise"
+                    : why.empty()                 ? "has no complete set of entry points"
+                                                  : why)
                 + "; ask tovik-plugin-check");
         return;
     }
-    report.ok("plug-in of the window", "loads from " + g_Witness.loadedPlugin);
+    report.ok("plug-in of the window", "loads from " + g_CallRecorder.loadedPlugin);
 }
 
 /// File of the start page; empty where it is none.
@@ -248,7 +248,7 @@ std::string shown(std::uint32_t one, const char* between, std::uint32_t other)
     return std::to_string(one) + between + std::to_string(other);
 }
 
-void examine_window(const FrameOptions& options, Report& report)
+void examine_window(const WindowRectOptions& options, Report& report)
 {
     if (gtk_init_check(nullptr, nullptr) == 0) {
         report.wrong("display", "cannot be opened; set DISPLAY or WAYLAND_DISPLAY");
@@ -257,19 +257,19 @@ void examine_window(const FrameOptions& options, Report& report)
     const Size area = wa_work_area();
     report.ok("display", gdk_display_get_name(gdk_display_get_default()));
     report.ok("work area", shown(area.width, " x ", area.height));
-    const Frame frame = wa_initial_frame(options, area);
-    const Size size = wa_shown_size(frame.size, area);
+    const WindowRect rect = wa_initial_rect(options, area);
+    const Size size = wa_shown_size(rect.size, area);
     report.ok("window",
         shown(size.width, " x ", size.height) + " at "
-            + std::to_string(static_cast<int>(frame.position.x)) + ", "
-            + std::to_string(static_cast<int>(frame.position.y)));
+            + std::to_string(static_cast<int>(rect.position.x)) + ", "
+            + std::to_string(static_cast<int>(rect.position.y)));
 }
 
 } // namespace
 
 void examine_run(bool prints, Report& report)
 {
-    if (g_Witness.loadsPlugin) {
+    if (g_CallRecorder.loadsPlugin) {
         examine_loaded_library(report);
         examine_loaded_plugin(report);
     }
@@ -281,5 +281,5 @@ void examine_run(bool prints, Report& report)
     examine_user_agent(run.options.userAgent, report);
     examine_icon(run.options, report);
     examine_store(run, report);
-    examine_window(run.options.frame, report);
+    examine_window(run.options.rect, report);
 }

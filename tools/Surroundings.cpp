@@ -1,8 +1,8 @@
 // What surrounds a run: the engine, its environment, the graphics driver.
 #include "host/Graphics.h"
 #include "process/ProcessState.h"
+#include "tools/CallRecorder.h"
 #include "tools/Doctor.h"
-#include "tools/Witness.h"
 
 #include <webkit2/webkit2.h>
 
@@ -25,7 +25,7 @@ bool is_on(const char* variable)
 void examine_surroundings(Report& report)
 {
     const std::string host = fs::path(g_ARGV[0]).filename();
-    if (fs::path(g_Witness.module).filename() == "lib" + host + "gui.so") {
+    if (fs::path(g_CallRecorder.module).filename() == "lib" + host + "gui.so") {
         avoid_blank_window(kNvidiaModuleFile); // as a host of that name does for its own process
     }
     report.ok("WebKitGTK",

@@ -2,12 +2,12 @@
 //
 // The library takes the program's place from the first word of the process's command line, so the
 // doctor executes itself anew with the product's program as that word; which library it speaks for
-// is in Witness.h. It is an executable alone: a library of its own in lib/ would be one more that
-// WebKit opens in every web process.
-#include "process/ProcessState.h"
-#include "tools/Child.h"
+// is in CallRecorder.h. It is an executable alone: a library of its own in lib/ would be one more
+// that WebKit opens in every web process.
 #include "tools/Doctor.h"
-#include "tools/Witness.h"
+#include "process/ProcessState.h"
+#include "tools/CallRecorder.h"
+#include "tools/Child.h"
 #include "webapp/Options.h"
 
 #include <cstdio>
@@ -63,7 +63,7 @@ int examine(const std::string& program, bool prints)
     const std::string end
         = run_in_child(kPluginSeconds, report, [prints](Step& step, Report& child) {
               step.begin("the plug-in, while the window's process would use it");
-              g_Witness.loadsPlugin = true;
+              g_CallRecorder.loadsPlugin = true;
               examine_run(prints, child);
           });
     if (!end.empty()) {
@@ -129,7 +129,7 @@ int main(int argc, char** argv)
         if (argc < 3 || std::strcmp(argv[1], kExamine) != 0) {
             return run(argc, argv);
         }
-        g_Witness.module = argv[2];
+        g_CallRecorder.module = argv[2];
         std::vector<char*> arguments(argv, argv + argc);
         arguments.erase(arguments.begin() + 1, arguments.begin() + 3);
         const bool prints = std::erase_if(arguments, [](const char* word) {

@@ -29,20 +29,20 @@ inline void store_block(void* to, Block bytes)
 }
 
 /// Some of a block's bytes: bit 0 stands for the first one.
-using Places = unsigned int;
+using ByteMask = unsigned int;
 
 /// Where a comparison of two blocks, or of as many bytes in wider units, holds.
-template <typename Comparison> Places places_of(Comparison holds)
+template <typename Comparison> ByteMask byte_mask(Comparison holds)
 {
 #ifdef __SSE2__
-    return static_cast<Places>(_mm_movemask_epi8(reinterpret_cast<__m128i>(holds)));
+    return static_cast<ByteMask>(_mm_movemask_epi8(reinterpret_cast<__m128i>(holds)));
 #else
     const Block bytes = reinterpret_cast<Block>(holds);
-    Places places = 0;
+    ByteMask mask = 0;
     for (unsigned int i = 0; i < kBlockSize; ++i) {
-        places |= bytes[i] == 0 ? 0U : 1U << i;
+        mask |= bytes[i] == 0 ? 0U : 1U << i;
     }
-    return places;
+    return mask;
 #endif
 }
 
@@ -52,7 +52,7 @@ inline bool store_ascii(char* to, const unsigned short* units)
     typedef unsigned short Half __attribute__((vector_size(16), aligned(2), may_alias));
     const Half low = *reinterpret_cast<const Half*>(units);
     const Half high = *reinterpret_cast<const Half*>(units + kBlockSize / 2);
-    if (places_of((low | high) > 0x7F) != 0) {
+    if (byte_mask((low | high) > 0x7F) != 0) {
         return false;
     }
 #ifdef __SSE2__
@@ -85,22 +85,22 @@ public:
     }
 
     /// Where the block holds `c`, from the start of the text on.
-    Places find(char c) const { return places_of(m_bytes == c) & m_inside; }
+    ByteMask find(char c) const { return byte_mask(m_bytes == c) & m_inside; }
 
     /// Where it holds `c` or the terminator.
-    Places find_or_end(char c) const
+    ByteMask find_or_end(char c) const
     {
-        return places_of((m_bytes == c) | (m_bytes == 0)) & m_inside;
+        return byte_mask((m_bytes == c) | (m_bytes == 0)) & m_inside;
     }
 
     /// Where it holds `c` with `next` behind it; for a block without the terminator.
-    Places find_pair(char c, char next) const
+    ByteMask find_pair(char c, char next) const
     {
-        return places_of((m_bytes == c) & (load_around(m_start + 1) == next)) & m_inside;
+        return byte_mask((m_bytes == c) & (load_around(m_start + 1) == next)) & m_inside;
     }
 
-    const char* first(Places places) const { return m_start + std::countr_zero(places); }
-    const char* last(Places places) const { return m_start + std::bit_width(places) - 1; }
+    const char* first(ByteMask mask) const { return m_start + std::countr_zero(mask); }
+    const char* last(ByteMask mask) const { return m_start + std::bit_width(mask) - 1; }
 
 private:
     /// Start of the block that holds the text's start. The compiler has to forget which object the
@@ -119,7 +119,7 @@ private:
 
     const char* m_start;
     Block m_bytes;
-    Places m_inside;
+    ByteMask m_inside;
 };
 
 } // namespace tovik

@@ -117,9 +117,9 @@ const char* find_last(const char* s, char c)
         if (blocks.find_or_end(c) == 0) {
             continue;
         }
-        const Places end = blocks.find(0);
-        // Without an end all places are before it.
-        const Places found = blocks.find(c) & (end - 1);
+        const ByteMask end = blocks.find(0);
+        // Without a terminator, end - 1 keeps every byte.
+        const ByteMask found = blocks.find(c) & (end - 1);
         if (found != 0) {
             last = blocks.last(found);
         }
@@ -129,14 +129,15 @@ const char* find_last(const char* s, char c)
     }
 }
 
-/// First of the `places`, which hold its first character, where `prefix` begins.
-const char* find_among(const TextBlocks& blocks, Places places, const char* prefix)
+/// First byte of the mask, whose bytes equal the first character of `prefix`, where all of it
+/// stands.
+const char* find_among(const TextBlocks& blocks, ByteMask mask, const char* prefix)
 {
-    if (places == 0) [[likely]] {
+    if (mask == 0) [[likely]] {
         return nullptr;
     }
-    for (; places != 0; places &= places - 1) {
-        const char* found = blocks.first(places);
+    for (; mask != 0; mask &= mask - 1) {
+        const char* found = blocks.first(mask);
         if (starts_with(found + 1, prefix + 1)) {
             return found;
         }
@@ -159,7 +160,7 @@ const char* find_text(const char* haystack, const char* needle)
     }
     while (blocks.find(0) == 0) {
         // The second character leaves only few places, for each costs a branch guessed wrongly.
-        const Places pairs = blocks.find_pair(needle[0], needle[1]);
+        const ByteMask pairs = blocks.find_pair(needle[0], needle[1]);
         const char* found = find_among(blocks, pairs, needle);
         if (found != nullptr) {
             return found;

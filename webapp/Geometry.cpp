@@ -44,7 +44,7 @@ std::uint32_t bounded(std::uint32_t length, std::uint32_t room)
 
 } // namespace
 
-Frame wa_initial_frame(const FrameOptions& options, Size workArea)
+WindowRect wa_initial_rect(const WindowRectOptions& options, Size workArea)
 {
     if (options.fullscreen) {
         return {{0, 0}, {workArea.width, workArea.height - kTitleBar}};

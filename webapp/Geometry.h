@@ -20,11 +20,11 @@ struct Position {
     bool operator==(const Position&) const = default;
 };
 
-struct Frame {
+struct WindowRect {
     Position position;
     Size size;
 
-    bool operator==(const Frame&) const = default;
+    bool operator==(const WindowRect&) const = default;
 };
 
 /// Packed pair: width or x in the high 16 bits, height or y in the low 16 bits.
@@ -54,16 +54,16 @@ constexpr Size size_of_pair(std::uint32_t pair)
     return {high_half(pair), low_half(pair)};
 }
 
-/// The options that decide the initial frame.
-struct FrameOptions {
+/// The options that decide the initial rectangle of the window.
+struct WindowRectOptions {
     std::optional<std::uint32_t> size; // "-size": packed pair, pixels or percentages
     bool fullscreen; // "-fullscreen": takes the place of both others
     std::optional<std::uint32_t> position; // "-position": packed pair with edge flags
 };
 
-/// Frame of the window that the command line asks for: 320 wide and 512 high without "-size",
+/// Rectangle of the window that the command line asks for: 320 wide, 512 high without "-size",
 /// centred without "-position". A position of 0,0 leaves the place to the window manager.
-Frame wa_initial_frame(const FrameOptions& options, Size workArea);
+WindowRect wa_initial_rect(const WindowRectOptions& options, Size workArea);
 
 /// Size of the window to show: a width and a height of at most 100 each are percentages.
 Size wa_shown_size(Size size, Size workArea);

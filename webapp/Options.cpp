@@ -35,7 +35,7 @@ ShellOptions read_options(int count, char** list)
         .title = text(option("-title")),
         .store = text(option("-store")),
         .wait = number(option("-wait")).value_or(0),
-        .frame = {.size = number(option("-size")),
+        .rect = {.size = number(option("-size")),
             .fullscreen = flag(option("-fullscreen")),
             .position = number(option("-position"))},
         .resizing = flag(option("-resizing")),

@@ -80,7 +80,7 @@ struct ShellOptions {
     const char* title;
     const char* store;
     unsigned int wait; // milliseconds
-    FrameOptions frame;
+    WindowRectOptions rect;
     bool resizing;
     bool system;
 };

@@ -29,7 +29,7 @@ bool find_beside_library(char* path, const char* name, std::size_t nameLength)
     return osFileExist(path);
 }
 
-bool find_under_root(char* path, const char* name, std::size_t nameLength)
+bool find_page_under_root(char* path, const char* name, std::size_t nameLength)
 {
     const char* root = nullptr;
     if (wa_get_argument("-root", &root) == 0 || tovik::_strlen(root) + nameLength > kLongestPath) {
@@ -98,7 +98,8 @@ char* wa_gui_file_path(const char* name)
     }
     OwnedText path(new char[kPathCapacity]);
     const std::size_t length = tovik::_strlen(name);
-    if (!find_beside_library(path.get(), name, length) && !find_under_root(path.get(), name, length)
+    if (!find_beside_library(path.get(), name, length)
+        && !find_page_under_root(path.get(), name, length)
         && !find_in_system(path.get(), brand, name, length)) {
         return nullptr;
     }

@@ -19,7 +19,7 @@ void run(const ShellArguments& arguments)
 {
     const ShellOptions options = read_options(arguments.count, arguments.list);
     const OwnedText foundIcon(options.icon == nullptr ? wa_gui_icon_path() : nullptr);
-    const Frame frame = wa_initial_frame(options.frame, wa_work_area());
+    const WindowRect rect = wa_initial_rect(options.rect, wa_work_area());
 
     GtkWidget* content = wa_gui_start(options.userAgent);
     if (content == nullptr) {
@@ -28,7 +28,7 @@ void run(const ShellArguments& arguments)
     }
     wa_translate_url(arguments.count, arguments.list, options.url);
     wa_gui_show(content, options.icon == nullptr ? foundIcon.get() : options.icon, options.title,
-        frame.position.x, frame.position.y, frame.size.width, frame.size.height, options.wait,
+        rect.position.x, rect.position.y, rect.size.width, rect.size.height, options.wait,
         options.resizing, options.system);
     if (options.store != nullptr) {
         wa_handle_result(options.store);

@@ -9,11 +9,11 @@ constexpr Size kArea = {1920, 1040};
 
 } // namespace
 
-TEST(InitialFrame, FollowsTheOptions)
+TEST(InitialRect, FollowsTheOptions)
 {
     using Option = std::optional<std::uint32_t>;
     constexpr std::uint32_t kBelowZero = 0;
-    const std::tuple<Option, bool, Option, Size, Frame> rows[]
+    const std::tuple<Option, bool, Option, Size, WindowRect> rows[]
         = {{{}, false, {}, kArea, {{800, 264}, {320, 512}}},
             {0x00320032, false, {}, kArea, {{480, 260}, {960, 520}}},
             {0x00640064, false, {}, kArea, {{0, 0}, {1920, 1040}}},
@@ -29,8 +29,8 @@ TEST(InitialFrame, FollowsTheOptions)
             {{}, false, 0x000A0014, kArea, {{10, 20}, {320, 512}}},
             {{}, false, 0x000A8014, kArea, {{10, 508}, {320, 512}}},
             {{}, false, {}, {319, 511}, {{0x7FFFFFFF, 0x7FFFFFFF}, {320, 512}}}};
-    for (const auto& [size, fullscreen, position, area, frame] : rows) {
-        EXPECT_EQ(wa_initial_frame({size, fullscreen, position}, area), frame)
+    for (const auto& [size, fullscreen, position, area, rect] : rows) {
+        EXPECT_EQ(wa_initial_rect({size, fullscreen, position}, area), rect)
             << size.value_or(0) << " " << position.value_or(0);
     }
 }

@@ -1,4 +1,4 @@
-// Witness.h: lets the doctor run the library's own searches and see what they look at.
+// CallRecorder.h: lets the doctor run the library's own searches and see what they look at.
 //
 // The doctor is made of the library's rooms, so that it never disagrees with them; but they would
 // take it, and not the library, for the installed module, and they keep to themselves where they
@@ -11,7 +11,7 @@
 #include <optional>
 #include <string>
 
-struct Witness {
+struct CallRecorder {
     /// File of the library that the rooms take themselves for.
     std::string module;
 
@@ -35,7 +35,7 @@ struct Witness {
 };
 
 /// Written by the wrapped functions and, before it calls into the rooms, by the doctor.
-extern Witness g_Witness;
+extern CallRecorder g_CallRecorder;
 
 /// The places looked at since the last call.
 std::string places_looked_at();

@@ -1,4 +1,4 @@
-#include "tools/Witness.h"
+#include "tools/CallRecorder.h"
 
 #include "bridge/ExtensionDirectory.h"
 #include "plugin/plugin.h"
@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <utility>
 
-Witness g_Witness;
+CallRecorder g_CallRecorder;
 
 namespace {
 
@@ -23,7 +23,7 @@ std::string text_of(const char* text)
 
 std::string places_looked_at()
 {
-    return std::exchange(g_Witness.places, "");
+    return std::exchange(g_CallRecorder.places, "");
 }
 
 extern "C" {
@@ -37,8 +37,9 @@ int __wrap_dladdr(const void* address, Dl_info* info)
 {
     Dl_info own = {};
     const int found = __real_dladdr(address, info);
-    if (found != 0 && __real_dladdr(&g_Witness, &own) != 0 && info->dli_fbase == own.dli_fbase) {
-        info->dli_fname = g_Witness.module.c_str();
+    if (found != 0 && __real_dladdr(&g_CallRecorder, &own) != 0
+        && info->dli_fbase == own.dli_fbase) {
+        info->dli_fname = g_CallRecorder.module.c_str();
     }
     return found;
 }
@@ -46,23 +47,23 @@ int __wrap_dladdr(const void* address, Dl_info* info)
 int __wrap_stat(const char* path, struct stat* status)
 {
     const int result = __real_stat(path, status);
-    g_Witness.places += g_Witness.places.empty() ? "looked at " : ", ";
-    g_Witness.places += text_of(path) + (result == 0 ? " (there)" : " (not there)");
+    g_CallRecorder.places += g_CallRecorder.places.empty() ? "looked at " : ", ";
+    g_CallRecorder.places += text_of(path) + (result == 0 ? " (there)" : " (not there)");
     return result;
 }
 
 void* __wrap_P_Available(const char* path)
 {
-    g_Witness.plugin = text_of(path);
-    if (!g_Witness.loadsPlugin) {
-        return &g_Witness;
+    g_CallRecorder.plugin = text_of(path);
+    if (!g_CallRecorder.loadsPlugin) {
+        return &g_CallRecorder;
     }
     void* library = __real_P_Available(path);
     link_map* map = nullptr;
     if (library == nullptr) {
-        g_Witness.loadFailure = text_of(dlerror());
+        g_CallRecorder.loadFailure = text_of(dlerror());
     } else if (dlinfo(library, RTLD_DI_LINKMAP, static_cast<void*>(&map)) == 0) {
-        g_Witness.loadedPlugin = map->l_name;
+        g_CallRecorder.loadedPlugin = map->l_name;
     }
     return library;
 }
@@ -70,15 +71,16 @@ void* __wrap_P_Available(const char* path)
 void* __wrap_P_Initialize(
     const char* text, const char* globalConfig, const char* localConfig, Callback callback)
 {
-    g_Witness.globalConfig = text_of(globalConfig);
-    g_Witness.localConfig = text_of(localConfig);
-    return g_Witness.loadsPlugin ? __real_P_Initialize(text, globalConfig, localConfig, callback)
-                                 : nullptr;
+    g_CallRecorder.globalConfig = text_of(globalConfig);
+    g_CallRecorder.localConfig = text_of(localConfig);
+    return g_CallRecorder.loadsPlugin
+        ? __real_P_Initialize(text, globalConfig, localConfig, callback)
+        : nullptr;
 }
 
 void __wrap_webkit_web_context_set_web_extensions_directory(
     WebKitWebContext*, const char* directory)
 {
-    g_Witness.extensionDirectory = text_of(directory);
+    g_CallRecorder.extensionDirectory = text_of(directory);
 }
 }
