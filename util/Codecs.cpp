@@ -50,15 +50,63 @@ std::size_t length_before(const char* text, char end)
     return stop == nullptr ? tovik::_strlen(text) : static_cast<std::size_t>(stop - text);
 }
 
+/// Decodes groups of four characters in place, up to the first group that holds a character
+/// outside the alphabet. Returns the number of characters read, each four of which gave three
+/// bytes.
+unsigned long decode_groups(unsigned char* data, unsigned long length)
+{
+    unsigned char* to = data;
+    unsigned long i = 0;
+    for (; length - i >= 4; i += 4) {
+        const std::int32_t group = base64_value(data[i]) << 18 | base64_value(data[i + 1]) << 12
+            | base64_value(data[i + 2]) << 6 | base64_value(data[i + 3]);
+        if (group < 0) {
+            break;
+        }
+        *to++ = static_cast<unsigned char>(group >> 16);
+        *to++ = static_cast<unsigned char>(group >> 8);
+        *to++ = static_cast<unsigned char>(group);
+    }
+    return i;
+}
+
+/// Decodes characters one by one up to the first "=" or `end`, skips those outside the alphabet,
+/// and returns the end of the bytes written from `to` on.
+unsigned char* decode_characters(
+    const unsigned char* from, const unsigned char* end, unsigned char* to)
+{
+    std::uint32_t held = 0;
+    unsigned int bits = 0;
+    for (; from != end && *from != '='; ++from) {
+        const std::int32_t value = base64_value(*from);
+        if (value < 0) {
+            continue;
+        }
+        held = held << 6 | static_cast<std::uint32_t>(value);
+        bits += 6;
+        if (bits >= 8) {
+            bits -= 8;
+            *to++ = static_cast<unsigned char>(held >> bits);
+        }
+    }
+    return to;
+}
+
 } // namespace
+
+const char* after_scheme(const char* uri)
+{
+    constexpr char kMark[] = "://";
+    const char* mark = tovik::_strstr(uri, kMark);
+    return mark == nullptr ? nullptr : mark + sizeof kMark - 1;
+}
 
 char* get_uri_action(const char* uri)
 {
-    const char* name = tovik::_strstr(uri, "://");
+    const char* name = after_scheme(uri);
     if (name == nullptr) {
         return nullptr;
     }
-    name += 3;
     const std::size_t length = length_before(name, '?');
     return length == 0 ? nullptr : tovik::_strnew(name, length);
 }
@@ -111,35 +159,10 @@ unsigned long base64_decode(unsigned char* data, unsigned long length)
     if (length == 0) {
         return 0;
     }
-    unsigned char* to = data;
-    unsigned long i = 0;
-    // Plain data goes four characters at a time; from the first other character on, one by one.
-    for (; length - i >= 4; i += 4) {
-        const std::int32_t group = base64_value(data[i]) << 18 | base64_value(data[i + 1]) << 12
-            | base64_value(data[i + 2]) << 6 | base64_value(data[i + 3]);
-        if (group < 0) {
-            break;
-        }
-        *to++ = static_cast<unsigned char>(group >> 16);
-        *to++ = static_cast<unsigned char>(group >> 8);
-        *to++ = static_cast<unsigned char>(group);
-    }
-    std::uint32_t held = 0;
-    unsigned int bits = 0;
-    for (; i < length && data[i] != '='; ++i) {
-        const std::int32_t value = base64_value(data[i]);
-        if (value < 0) {
-            continue;
-        }
-        held = held << 6 | static_cast<std::uint32_t>(value);
-        bits += 6;
-        if (bits >= 8) {
-            bits -= 8;
-            *to++ = static_cast<unsigned char>(held >> bits);
-        }
-    }
-    *to = 0;
-    return static_cast<unsigned long>(to - data);
+    const unsigned long plain = decode_groups(data, length);
+    unsigned char* end = decode_characters(data + plain, data + length, data + plain / 4 * 3);
+    *end = 0;
+    return static_cast<unsigned long>(end - data);
 }
 
 bool number2string(long value, char* buffer, unsigned long capacity)

@@ -2,6 +2,9 @@
 // text editors. New strings are arrays from array-new, owned by the caller (OwnedText).
 #pragma once
 
+/// The text of `uri` after its first "://"; null when there is none or `uri` is null.
+const char* after_scheme(const char* uri);
+
 /// New string with the action name of `uri`: what follows the first "://" up to the first "?"
 /// behind it. Null when there is no "://", or no name, or `uri` is null.
 char* get_uri_action(const char* uri);

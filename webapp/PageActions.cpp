@@ -2,7 +2,6 @@
 
 #include "process/ProcessState.h"
 #include "process/Trace.h"
-#include "util/FreshProcess.h"
 #include "util/StringUtil.h"
 #include "util/Utility.h"
 #include "webapp/ShellState.h"
@@ -13,6 +12,8 @@
 #include <unistd.h>
 
 namespace {
+
+constexpr char kActionScheme[] = "tvk://";
 
 /// Carries out an action; not every action uses the status and the response.
 using Action = void (*)(const char* status, const char* response);
@@ -94,7 +95,7 @@ gboolean wa_web_decide_policy_cb(
 {
     if (type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) {
         const char* uri = navigation_uri(decision);
-        if (tovik::_strncmp(uri, "tvk://", 6) == 0) {
+        if (tovik::_strncmp(uri, kActionScheme, sizeof kActionScheme - 1) == 0) {
             webkit_policy_decision_ignore(decision);
             if (g_MainWindow != nullptr) {
                 wa_web_action(uri);
@@ -172,7 +173,7 @@ void wa_web_action_Reload()
     if (!redirect) {
         return;
     }
-    if (tovik::_strstr(redirect.get(), "://") != nullptr) {
+    if (after_scheme(redirect.get()) != nullptr) {
         wa_open_url(redirect.get());
     }
     gtk_main_quit();

@@ -3,6 +3,7 @@
 #include "bridge/WebBridge.h"
 #include "process/Trace.h"
 #include "util/StringUtil.h"
+#include "util/Utility.h"
 #include "webapp/OwnedObject.h"
 #include "webapp/PageActions.h"
 #include "webapp/ShellState.h"
@@ -101,11 +102,11 @@ gboolean wa_web_load_failed_tls_cb(WebKitWebView* view, char* failingUri,
     GTlsCertificate* certificate, GTlsCertificateFlags, void*) noexcept
 {
     WebKitWebContext* context = webkit_web_view_get_context(view);
-    const char* host = tovik::_strstr(failingUri, "://");
+    const char* host = after_scheme(failingUri);
     if (context == nullptr || host == nullptr) {
         return FALSE;
     }
-    const OwnedText name(tovik::_strnew(host + 3));
+    const OwnedText name(tovik::_strnew(host));
     char* slash = tovik::_strchr(name.get(), '/');
     if (slash != nullptr) {
         *slash = 0;
