@@ -1,10 +1,13 @@
 #include "bridge/InfoTexts.h"
 
-#include "util/Codecs.h"
 #include "util/Owned.h"
 #include "util/StringUtil.h"
+#include "util/Utility.h"
 
 namespace {
+
+/// Characters kept free beside name and version: "/" and ".", each counted with its terminator.
+constexpr std::size_t kSeparatorRoom = sizeof "/" + sizeof ".";
 
 OwnedText decoded(const char* text)
 {
@@ -44,7 +47,7 @@ void append_digit(char* buffer, const char* version, std::size_t index, char low
 bool write_info(char* buffer, std::size_t size, const char* name, const char* version,
     std::size_t minor, char lowestMinor)
 {
-    if (tovik::_strlen(name) + tovik::_strlen(version) + 4 >= size) {
+    if (tovik::_strlen(name) + tovik::_strlen(version) + kSeparatorRoom >= size) {
         return false;
     }
     tovik::_strcat(tovik::_strcpy(buffer, name), "/");

@@ -3,21 +3,24 @@
 #include "plugin/plugin.h"
 #include "process/ProcessArguments.h"
 #include "process/Trace.h"
-#include "util/Layout.h"
 #include "util/StringUtil.h"
+#include "util/Utility.h"
 
 namespace {
 
-constexpr std::size_t kLongestPath = kPathCapacity - 1;
+/// Characters that a directory leaves free for a "/" and the name of the plug-in library.
+constexpr std::size_t kRootRoom = sizeof "/" - 1 + kLibraryNameRoom;
 
 /// Handle of the loaded plug-in; wa_LoadPlugin and wa_FreePlugin write it.
 constinit void* g_Plugin = nullptr;
 
+using PathBuffer = char[kPathCapacity];
+
 /// Empty texts where there is no such path.
 struct PluginPaths {
-    char library[kPathCapacity] = "";
-    char globalConfig[kPathCapacity] = "";
-    char localConfig[kPathCapacity] = "";
+    PathBuffer library = "";
+    PathBuffer globalConfig = "";
+    PathBuffer localConfig = "";
 };
 
 /// Value of a process option; the empty string when it is absent.
@@ -27,24 +30,16 @@ const char* option_value(const char* name)
     return wa_get_argument(name, &value) == 0 ? "" : value;
 }
 
-/// Copies a path that fits; a longer one is left out.
-void copy_path(char* buffer, const char* path)
-{
-    if (tovik::_strlen(path) <= kLongestPath) {
-        tovik::_strcpy(buffer, path);
-    }
-}
-
 /// Makes directory + prefix + brand + suffix in `buffer`, empty unless that file exists.
-void find_brand_file(char* buffer, const char* directory, const char* prefix, const char* suffix)
+void find_brand_file(
+    PathBuffer& buffer, const char* directory, const char* prefix, const char* suffix)
 {
-    char brand[8];
+    char brand[kBrandCapacity];
     if (!osGetBrandName(brand, sizeof brand)) {
         return;
     }
-    tovik::_strcat(tovik::_strcpy(buffer, directory), prefix);
-    tovik::_strcat(tovik::_strcat(buffer, brand), suffix);
-    if (!osFileExist(buffer)) {
+    BoundedPath path(buffer);
+    if (!path.append(directory).append(prefix).append(brand).append(suffix).exists()) {
         *buffer = 0;
     }
 }
@@ -53,14 +48,11 @@ void find_brand_file(char* buffer, const char* directory, const char* prefix, co
 void find_plugin_under_root(PluginPaths& paths, const char* root)
 {
     const std::size_t length = tovik::_strlen(root);
-    if (length == 0 || length + 15 > kLongestPath) {
+    if (length == 0 || length + kRootRoom >= kPathCapacity) {
         return;
     }
-    char directory[kPathCapacity];
-    tovik::_strcpy(directory, root);
-    if (directory[length - 1] != '/') {
-        tovik::_strcat(directory, "/");
-    }
+    PathBuffer directory;
+    BoundedPath(directory).append(root).append(root[length - 1] == '/' ? "" : "/");
     find_brand_file(paths.globalConfig, directory, "", ".conf");
     find_brand_file(paths.library, directory, "lib", ".so");
 }
@@ -68,10 +60,11 @@ void find_plugin_under_root(PluginPaths& paths, const char* root)
 PluginPaths find_plugin()
 {
     PluginPaths paths;
-    copy_path(paths.localConfig, option_value("-config"));
+    // A value that does not fit leaves the path empty.
+    BoundedPath(paths.localConfig).append(option_value("-config"));
     const char* library = option_value("-plugin");
     if (*library != 0) {
-        copy_path(paths.library, library);
+        BoundedPath(paths.library).append(library);
     } else {
         find_plugin_under_root(paths, option_value("-root"));
     }

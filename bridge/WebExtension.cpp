@@ -2,8 +2,7 @@
 
 #include "bridge/PluginLoader.h"
 #include "bridge/ScriptObject.h"
-#include "util/Layout.h"
-#include "util/StringUtil.h"
+#include "util/Utility.h"
 
 #include <webkit2/webkit-web-extension.h>
 
@@ -12,17 +11,17 @@ namespace {
 /// Loads lib<brand>.so with <brand>.conf from the directory of this library.
 void load_plugin_beside_module()
 {
-    char library[kPathCapacity];
-    char config[kPathCapacity];
-    char brand[6];
-    if (!osGetModuleRoot(library, sizeof library) || !osGetBrandName(brand, sizeof brand)
-        || tovik::_strlen(library) + tovik::_strlen(brand) + 6 >= kPathCapacity) {
+    char root[kPathCapacity];
+    char brand[kBrandCapacity];
+    if (!osGetModuleRoot(root, sizeof root) || !osGetBrandName(brand, sizeof brand)) {
         return;
     }
-    tovik::_strcat(tovik::_strcat(tovik::_strcpy(config, library), brand), ".conf");
-    tovik::_strcat(tovik::_strcat(tovik::_strcat(library, "lib"), brand), ".so");
-    if (osFileExist(library)) {
-        wa_LoadPlugin(library, osFileExist(config) ? config : nullptr, nullptr);
+    char library[kPathCapacity];
+    char config[kPathCapacity];
+    if (BoundedPath(library).append(root).append("lib").append(brand).append(".so").exists()) {
+        const bool hasConfig
+            = BoundedPath(config).append(root).append(brand).append(".conf").exists();
+        wa_LoadPlugin(library, hasConfig ? config : nullptr, nullptr);
     }
 }
 

@@ -10,6 +10,9 @@ namespace {
 using NewerInitialize = void*(void*, void*, void*, void*, void** instance);
 using OlderInitialize = void*(const char*, const char*, const char*, PluginCallback);
 
+/// All bits set: a handle that stands for no library and must not be closed.
+constexpr std::uintptr_t kNoHandle = UINTPTR_MAX;
+
 /// Load address of the module that holds this address; null when none does.
 void* module_of(void* address) noexcept
 {
@@ -84,7 +87,7 @@ void* CWrapperPlugin::Available(const char* path)
 
 void CWrapperPlugin::Release()
 {
-    if (m_library != nullptr && reinterpret_cast<std::uintptr_t>(m_library) != UINTPTR_MAX) {
+    if (m_library != nullptr && reinterpret_cast<std::uintptr_t>(m_library) != kNoHandle) {
         dlclose(m_library);
     }
     m_library = nullptr;

@@ -1,11 +1,10 @@
 #include "tools/CallRecorder.h"
 
-#include "bridge/ExtensionDirectory.h"
+#include "bridge/WebBridge.h"
 #include "plugin/plugin.h"
 
 #include <dlfcn.h>
 #include <link.h>
-#include <sys/stat.h>
 #include <utility>
 
 CallRecorder g_CallRecorder;
@@ -21,6 +20,12 @@ std::string text_of(const char* text)
 
 } // namespace
 
+void record_place(const char* path, bool exists)
+{
+    g_CallRecorder.places += g_CallRecorder.places.empty() ? "looked at " : ", ";
+    g_CallRecorder.places += path + std::string(exists ? " (there)" : " (not there)");
+}
+
 std::string places_looked_at()
 {
     return std::exchange(g_CallRecorder.places, "");
@@ -29,7 +34,6 @@ std::string places_looked_at()
 extern "C" {
 
 int __real_dladdr(const void* address, Dl_info* info);
-int __real_stat(const char* path, struct stat* status);
 void* __real_P_Available(const char* path);
 void* __real_P_Initialize(const char*, const char*, const char*, Callback);
 
@@ -42,14 +46,6 @@ int __wrap_dladdr(const void* address, Dl_info* info)
         info->dli_fname = g_CallRecorder.module.c_str();
     }
     return found;
-}
-
-int __wrap_stat(const char* path, struct stat* status)
-{
-    const int result = __real_stat(path, status);
-    g_CallRecorder.places += g_CallRecorder.places.empty() ? "looked at " : ", ";
-    g_CallRecorder.places += text_of(path) + (result == 0 ? " (there)" : " (not there)");
-    return result;
 }
 
 void* __wrap_P_Available(const char* path)

@@ -1,11 +1,11 @@
 // CallRecorder.h: lets the doctor run the library's own searches and see what they look at.
 //
 // The doctor is made of the library's rooms, so that it never disagrees with them; but they would
-// take it, and not the library, for the installed module, and they keep to themselves where they
-// looked. So these functions, which the rooms call, are wrapped by the linker in the doctor alone:
-// dladdr (by which the rooms know their own file), stat (by which they look whether a file is
-// there), the loading of a plug-in, and the call that gives WebKit the extension directory. The
-// library that is delivered contains none of this.
+// consider it, and not the library, the installed module. So the linker wraps these functions,
+// which the rooms call, in the doctor alone: dladdr (which tells the rooms their own file), the
+// loading of a plug-in, and the call that gives WebKit the extension directory. The delivered
+// library contains none of this. The places that the rooms look at come from their own
+// g_FileObserver.
 #pragma once
 
 #include <optional>
@@ -36,6 +36,9 @@ struct CallRecorder {
 
 /// Written by the wrapped functions and, before it calls into the rooms, by the doctor.
 extern CallRecorder g_CallRecorder;
+
+/// Adds a place to g_CallRecorder.places; to be set as g_FileObserver.
+void record_place(const char* path, bool exists);
 
 /// The places looked at since the last call.
 std::string places_looked_at();

@@ -4,7 +4,7 @@
 #include "tools/CallRecorder.h"
 #include "tools/Doctor.h"
 #include "tools/ElfFile.h"
-#include "util/Layout.h"
+#include "util/Utility.h"
 
 #include <filesystem>
 #include <utility>
@@ -19,7 +19,7 @@ constexpr std::size_t kManyLibraries = 10;
 
 std::string brand_name()
 {
-    char brand[8];
+    char brand[kBrandCapacity];
     return osGetBrandName(brand, sizeof brand) ? brand : "";
 }
 

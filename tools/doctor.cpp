@@ -8,6 +8,7 @@
 #include "process/ProcessState.h"
 #include "tools/CallRecorder.h"
 #include "tools/Child.h"
+#include "util/Utility.h"
 #include "webapp/Options.h"
 
 #include <cstdio>
@@ -130,6 +131,7 @@ int main(int argc, char** argv)
             return run(argc, argv);
         }
         g_CallRecorder.module = argv[2];
+        g_FileObserver = record_place;
         std::vector<char*> arguments(argv, argv + argc);
         arguments.erase(arguments.begin() + 1, arguments.begin() + 3);
         const bool prints = std::erase_if(arguments, [](const char* word) {

@@ -1,8 +1,8 @@
 #include "util/Desktop.h"
 
+#include "util/BoundedPath.h"
 #include "util/FreshProcess.h"
 #include "util/Layout.h"
-#include "util/StringUtil.h"
 
 #include <cstdlib>
 #include <sys/wait.h>
@@ -27,18 +27,6 @@ pid_t start(const char* program, const char* argument)
         _exit(0);
     }
     return child;
-}
-
-/// Joins the parts; false when they do not fit.
-bool join(
-    char (&path)[kScriptCapacity], const char* directory, const char* middle, const char* name)
-{
-    if (tovik::_strlen(directory) + tovik::_strlen(middle) + tovik::_strlen(name)
-        >= kScriptCapacity) {
-        return false;
-    }
-    tovik::_strcat(tovik::_strcat(tovik::_strcpy(path, directory), middle), name);
-    return true;
 }
 
 } // namespace
@@ -70,13 +58,14 @@ void open_url_with(std::span<const char* const> openers, const char* url)
 bool find_script(
     const char* home, const char* system, const char* name, char (&path)[kScriptCapacity])
 {
-    if (home != nullptr && join(path, home, "/.tovik/", name) && osFileExist(path)) {
+    if (home != nullptr
+        && BoundedPath(path).append(home).append("/.tovik/").append(name).exists()) {
         return true;
     }
-    if (system != nullptr && join(path, system, "", name) && osFileExist(path)) {
+    if (system != nullptr && BoundedPath(path).append(system).append(name).exists()) {
         return true;
     }
-    return join(path, ".", "", name);
+    return BoundedPath(path).append(".").append(name).fits();
 }
 
 void run_script(const char* path, const ScriptWait& wait)

@@ -1,5 +1,6 @@
 #include "util/Layout.h"
 
+#include "util/BoundedPath.h"
 #include "util/Codecs.h"
 #include "util/MemoryUtil.h"
 #include "util/Owned.h"
@@ -14,8 +15,10 @@
 
 namespace {
 
-constexpr std::size_t kBrandCapacity = 6;
 constexpr std::size_t kReadStep = 65536;
+
+/// The longest process id and the terminator.
+constexpr std::size_t kIdCapacity = sizeof "2147483647";
 
 /// The brand name, empty until osGetBrandName() derives it.
 constinit char g_BrandName[kBrandCapacity] = "";
@@ -73,23 +76,24 @@ void derive_brand_name(char* brand)
     }
 }
 
-/// Appends "lib", the brand name and ".so", at most 11 characters, to the directory in `path`.
-void append_library_name(char* path)
+/// Appends the name of the plug-in library, lib<brand>.so, to a directory.
+void append_library_name(BoundedPath& directory)
 {
-    tovik::_strcat(path, "lib");
-    osGetBrandName(path + tovik::_strlen(path), 8);
-    tovik::_strcat(path, ".so");
+    char brand[kBrandCapacity];
+    osGetBrandName(brand, sizeof brand);
+    directory.append("lib").append(brand).append(".so");
 }
 
 /// Looks beside the running program, then in the "lib" directory that goes with its "bin".
 bool find_library_by_program(char* buffer, std::size_t capacity)
 {
     if (!osGetApplicationPath(buffer, capacity) || !cut_to_directory(buffer)
-        || tovik::_strlen(buffer) + 14 >= capacity) {
+        || tovik::_strlen(buffer) + kLibraryNameRoom >= capacity) {
         return false;
     }
-    append_library_name(buffer);
-    if (osFileExist(buffer)) {
+    BoundedPath path = BoundedPath::continuing(buffer, capacity);
+    append_library_name(path);
+    if (path.exists()) {
         return true;
     }
     char* bin = tovik::_strstr(buffer, "/bin/");
@@ -97,15 +101,58 @@ bool find_library_by_program(char* buffer, std::size_t capacity)
         return false;
     }
     tovik::_memcpy(bin + 1, "lib", 3);
-    return osFileExist(buffer);
+    return path.exists();
+}
+
+/// Copies the first word of this process's command line; false, with nothing written, when it is
+/// empty or does not fit.
+bool copy_program_word(char* buffer, std::size_t capacity)
+{
+    char id[kIdCapacity];
+    number2string(getpid(), id, sizeof id);
+    char path[kPathCapacity];
+    BoundedPath(path).append("/proc/").append(id).append("/cmdline");
+    unsigned char* data = nullptr;
+    const std::size_t read = osReadData(&data, path);
+    const std::unique_ptr<unsigned char[]> commandLine(data);
+    std::size_t length = 0;
+    while (length < read && data[length] != 0 && data[length] != ' ') {
+        ++length;
+    }
+    if (length == 0 || length >= capacity) {
+        return false;
+    }
+    tovik::_memcpy(buffer, data, length);
+    buffer[length] = 0;
+    return true;
+}
+
+/// Replaces a program's bare name by its path in "/usr/bin/" when that exists and fits.
+void complete_bare_name(char* name, std::size_t capacity)
+{
+    char path[kPathCapacity];
+    if (tovik::_strchr(name, '/') == nullptr
+        && BoundedPath(path).append("/usr/bin/").append(name).exists()
+        && tovik::_strlen(path) < capacity) {
+        tovik::_strcpy(name, path);
+    }
 }
 
 } // namespace
 
+constinit FileObserver g_FileObserver = nullptr;
+
 bool osFileExist(const char* path)
 {
+    if (path == nullptr) {
+        return false;
+    }
     struct stat status = {};
-    return path != nullptr && stat(path, &status) == 0;
+    const bool exists = stat(path, &status) == 0;
+    if (g_FileObserver != nullptr) {
+        g_FileObserver(path, exists);
+    }
+    return exists;
 }
 
 std::size_t osReadData(unsigned char** data, const char* path)
@@ -155,31 +202,10 @@ bool osGetModulePath(char* buffer, std::size_t capacity)
 
 bool osGetApplicationPath(char* buffer, std::size_t capacity)
 {
-    if (!make_empty(buffer, capacity)) {
+    if (!make_empty(buffer, capacity) || !copy_program_word(buffer, capacity)) {
         return false;
     }
-    char scratch[kPathCapacity] = "/proc/";
-    number2string(getpid(), scratch + tovik::_strlen(scratch), 16);
-    tovik::_strcat(scratch, "/cmdline");
-    unsigned char* data = nullptr;
-    const std::size_t read = osReadData(&data, scratch);
-    const std::unique_ptr<unsigned char[]> commandLine(data);
-    std::size_t length = 0;
-    while (length < read && data[length] != 0 && data[length] != ' ') {
-        ++length;
-    }
-    if (length == 0 || length >= capacity) {
-        return false;
-    }
-    tovik::_memcpy(buffer, data, length);
-    buffer[length] = 0;
-    if (tovik::_strchr(buffer, '/') == nullptr && length <= 250) {
-        tovik::_strcpy(scratch, "/usr/bin/");
-        tovik::_strcat(scratch, buffer);
-        if (osFileExist(scratch) && tovik::_strlen(scratch) < capacity) {
-            tovik::_strcpy(buffer, scratch);
-        }
-    }
+    complete_bare_name(buffer, capacity);
     osTranslatePath(buffer, capacity);
     return true;
 }
@@ -208,9 +234,9 @@ bool osGetLibrary(char* buffer, std::size_t capacity)
         return false;
     }
     if (!find_library_by_program(buffer, capacity)) {
-        tovik::_strcpy(buffer, "/usr/lib/");
-        append_library_name(buffer);
-        if (!osFileExist(buffer)) {
+        BoundedPath path(buffer, capacity);
+        append_library_name(path.append("/usr/lib/"));
+        if (!path.exists()) {
             return false;
         }
     }

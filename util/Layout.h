@@ -10,8 +10,23 @@
 /// Capacity of every path buffer in the system: longer paths are outside the installation layout.
 inline constexpr std::size_t kPathCapacity = 260;
 
+/// Capacity of a brand name: five characters, the length of the default name, and the terminator.
+inline constexpr std::size_t kBrandCapacity = sizeof "tovik";
+
+/// Characters that a path keeps free for the brand name; no name needs that many.
+inline constexpr std::size_t kBrandRoom = 8;
+
+/// Characters that a directory's path leaves free for the name of the plug-in library.
+inline constexpr std::size_t kLibraryNameRoom = sizeof "lib.so" - 1 + kBrandRoom;
+
 /// Whether the path exists, whatever kind of file it is; false for null.
 bool osFileExist(const char* path);
+
+/// Receives a path that osFileExist() has looked at, and whether it exists.
+using FileObserver = void (*)(const char* path, bool exists);
+
+/// Told of each path looked at. Null in a run; tools and tests set it before they call the rooms.
+extern FileObserver g_FileObserver;
 
 /// Reads a whole small file into a new array (array-new, owned by the caller) without terminator.
 /// Returns the number of bytes; 0 with `*data` null when the file cannot be opened, 0 with an

@@ -13,47 +13,42 @@
 
 namespace {
 
-constexpr std::size_t kLongestPath = kPathCapacity - 1;
+constexpr char kResource[] = "res://";
 
-bool find_beside_library(char* path, const char* name, std::size_t nameLength)
+/// Characters that a name leaves free for "/etc/<brand>/", each text counted with its terminator.
+constexpr std::size_t kSystemRoom = sizeof "/etc/" + kBrandRoom + sizeof "/";
+
+bool find_beside_library(char* path, const char* name)
 {
+    const std::size_t length = tovik::_strlen(name);
     // The length is tested first: the capacity left for the directory would fall below zero.
-    if (nameLength >= kPathCapacity || !osGetModulePath(path, kPathCapacity - nameLength)) {
-        return false;
-    }
-    char* slash = tovik::_strrchr(path, '/');
-    if (slash == nullptr) {
-        return false;
-    }
-    tovik::_strcpy(slash + 1, name);
-    return osFileExist(path);
+    return length < kPathCapacity && osGetModuleRoot(path, kPathCapacity - length)
+        && BoundedPath::continuing(path, kPathCapacity).append(name).exists();
 }
 
-bool find_page_under_root(char* path, const char* name, std::size_t nameLength)
+bool find_page_under_root(char* path, const char* name)
 {
     const char* root = nullptr;
-    if (wa_get_argument("-root", &root) == 0 || tovik::_strlen(root) + nameLength > kLongestPath) {
-        return false;
-    }
-    tovik::_strcat(tovik::_strcpy(path, root), name);
-    return osFileExist(path);
+    return wa_get_argument("-root", &root) != 0
+        && BoundedPath(path, kPathCapacity).append(root).append(name).exists();
 }
 
-bool find_in_system(char* path, const char* brand, const char* name, std::size_t nameLength)
+bool find_in_system(char* path, const char* brand, const char* name)
 {
-    if (nameLength + 16 > kLongestPath) {
-        return false;
-    }
-    tovik::_strcat(tovik::_strcpy(path, "/etc/"), brand);
-    tovik::_strcat(tovik::_strcat(path, "/"), name);
-    return osFileExist(path);
+    return tovik::_strlen(name) + kSystemRoom < kPathCapacity
+        && BoundedPath(path, kPathCapacity)
+               .append("/etc/")
+               .append(brand)
+               .append("/")
+               .append(name)
+               .exists();
 }
 
 } // namespace
 
 void wa_translate_url(int argc, char** argv, const char* url)
 {
-    if (tovik::_strncmp(url, "res://", 6) == 0) {
+    if (tovik::_strncmp(url, kResource, sizeof kResource - 1) == 0) {
         wa_translate_url_resource(argc, argv, url);
     } else {
         wa_translate_url_path(argc, argv, url);
@@ -73,7 +68,7 @@ void wa_translate_url_path(int argc, char** argv, const char* url)
 {
     g_URL.reset();
     OwnedText location;
-    if (tovik::_strstr(url, "://") != nullptr) {
+    if (after_scheme(url) != nullptr) {
         location.reset(tovik::_strnew(url));
     } else {
         const OwnedText path(wa_gui_file_path(url));
@@ -92,15 +87,13 @@ void wa_translate_url_path(int argc, char** argv, const char* url)
 
 char* wa_gui_file_path(const char* name)
 {
-    char brand[8];
+    char brand[kBrandCapacity];
     if (!osGetBrandName(brand, sizeof brand)) {
         return nullptr;
     }
     OwnedText path(new char[kPathCapacity]);
-    const std::size_t length = tovik::_strlen(name);
-    if (!find_beside_library(path.get(), name, length)
-        && !find_page_under_root(path.get(), name, length)
-        && !find_in_system(path.get(), brand, name, length)) {
+    if (!find_beside_library(path.get(), name) && !find_page_under_root(path.get(), name)
+        && !find_in_system(path.get(), brand, name)) {
         return nullptr;
     }
     wa_trace("Path:", path.get());
@@ -115,9 +108,9 @@ char* wa_gui_icon_path()
 int get_url_arguments(int argc, char** argv, const char** query)
 {
     for (int i = 0; i < argc; ++i) {
-        const char* behindScheme = tovik::_strstr(argv[i], "://");
-        if (behindScheme != nullptr) {
-            const char* mark = tovik::_strchr(behindScheme + 3, '?');
+        const char* location = after_scheme(argv[i]);
+        if (location != nullptr) {
+            const char* mark = tovik::_strchr(location, '?');
             if (mark == nullptr) {
                 return 0;
             }

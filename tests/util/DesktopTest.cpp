@@ -1,17 +1,14 @@
 #include "util/Desktop.h"
 
 #include "tests/support/TempDirectory.h"
+#include "util/Layout.h"
 
 #include <csignal>
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <vector>
 
 namespace {
-
-std::string paths_asked_for;
 
 class Desktop : public testing::Test {
 protected:
@@ -35,13 +32,6 @@ protected:
 };
 
 } // namespace
-
-// The linker has the program ask this one.
-extern "C" int __wrap_stat(const char* path, struct stat* status)
-{
-    paths_asked_for += path + std::string(" ");
-    return fstatat(AT_FDCWD, path, status, 0);
-}
 
 TEST_F(Desktop, UrlGoesToTheFirstOpenerThatExists)
 {
@@ -78,9 +68,11 @@ TEST_F(Desktop, ScriptIsFoundInTheHomeThenInTheSystem)
     EXPECT_TRUE(find_script(nullptr, nullptr, longHome.substr(46).c_str(), path));
     EXPECT_FALSE(find_script(nullptr, nullptr, longHome.substr(45).c_str(), path));
     setenv("HOME", "/h", 1);
-    paths_asked_for.clear();
+    static std::string places;
+    g_FileObserver = [](const char* place, bool) { places += place + std::string(" "); };
     wa_call_script("no-script", 1);
-    EXPECT_EQ(paths_asked_for, "/h/.tovik/no-script /etc/tovik/no-script ");
+    g_FileObserver = nullptr;
+    EXPECT_EQ(places, "/h/.tovik/no-script /etc/tovik/no-script ");
 }
 
 TEST_F(Desktop, ScriptIsWaitedForWithinTheBound)
