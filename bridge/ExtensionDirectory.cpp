@@ -1,8 +1,8 @@
 #include "bridge/ExtensionDirectory.h"
 
 #include "process/ProcessArguments.h"
-#include "util/Layout.h"
 #include "util/StringUtil.h"
+#include "util/Utility.h"
 
 #include <webkit2/webkit2.h>
 

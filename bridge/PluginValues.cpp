@@ -4,9 +4,8 @@
 #include "bridge/PluginLoader.h"
 #include "bridge/UserAgent.h"
 #include "plugin/plugin.h"
-#include "util/Arguments.h"
-#include "util/Codecs.h"
 #include "util/StringUtil.h"
+#include "util/Utility.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include "bridge/PluginLoader.h"
 #include "plugin/plugin.h"
 #include "util/Blocks.h"
-#include "util/Codecs.h"
 #include "util/Owned.h"
 #include "util/StringUtil.h"
+#include "util/Utility.h"
 
 #include <climits>
 #include <cstdint>

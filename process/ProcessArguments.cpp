@@ -1,7 +1,7 @@
 #include "process/ProcessArguments.h"
 
 #include "process/ProcessState.h"
-#include "util/Arguments.h"
+#include "util/Utility.h"
 
 int wa_get_argument(const char* name, const char** value)
 {

@@ -1,7 +1,7 @@
 #include "process/Trace.h"
 
 #include "process/ProcessState.h"
-#include "util/Arguments.h"
+#include "util/Utility.h"
 
 #include <cstdio>
 

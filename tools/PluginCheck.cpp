@@ -1,9 +1,9 @@
 #include "tools/PluginCheck.h"
 
-#include "bridge/PluginValues.h"
+#include "bridge/WebBridge.h"
 #include "tools/EntryPoints.h"
 #include "tools/UserAgent.h"
-#include "util/Arguments.h"
+#include "util/Utility.h"
 #include "webapp/Options.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 #include "tools/Product.h"
 
-#include "bridge/PluginLoader.h"
+#include "bridge/WebBridge.h"
 
 #include <dlfcn.h>
 

@@ -5,7 +5,7 @@
 #include "tools/CallRecorder.h"
 #include "tools/Doctor.h"
 #include "tools/UserAgent.h"
-#include "util/Layout.h"
+#include "util/Utility.h"
 #include "webapp/Options.h"
 #include "webapp/ShellArguments.h"
 #include "webapp/ShellState.h"

@@ -1,7 +1,6 @@
 #include "tools/UserAgent.h"
 
-#include "bridge/PluginValues.h"
-#include "bridge/UserAgent.h"
+#include "bridge/WebBridge.h"
 #include "util/Owned.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "webapp/Options.h"
 
-#include "util/Arguments.h"
+#include "util/Utility.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // ShellArguments.h: the arguments that a run reads its options from.
 #pragma once
 
-#include "util/Arguments.h"
+#include "util/Utility.h"
 
 struct ShellArguments {
     int count;

@@ -1,8 +1,7 @@
 #include "webapp/WebApp.h"
 
-#include "bridge/PluginLoader.h"
+#include "bridge/WebBridge.h"
 #include "process/ProcessState.h"
-#include "util/FreshProcess.h"
 #include "util/Utility.h"
 #include "webapp/Options.h"
 #include "webapp/ResultFile.h"

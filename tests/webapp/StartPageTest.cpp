@@ -1,11 +1,11 @@
 // What the shell computes from texts alone: start page, redirect, trace.
+#include "webapp/StartPage.h"
+
 #include "process/ProcessState.h"
 #include "process/Trace.h"
 #include "tests/support/TempDirectory.h"
-#include "util/Arguments.h"
+#include "util/Utility.h"
 #include "webapp/PageActions.h"
-#include "webapp/StartPage.h"
-
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // What no page brings about while TLS errors are ignored and there is one window, called directly.
 #include "webapp/View.h"
 
-#include "bridge/UserAgent.h"
+#include "bridge/WebBridge.h"
 #include "tests/support/TempDirectory.h"
 #include "util/StringUtil.h"
 #include "webapp/OwnedObject.h"
