@@ -4,6 +4,7 @@
 # fails. Ends with one line for each step; the packages are in build/package.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/display.sh
 packages=$PWD/build/package
 
 # step TEXT COMMAND...: carries out one step; what it printed is shown when it fails.
@@ -51,20 +52,15 @@ install_packages() {
 }
 
 show_dialog() {
-    local page=file:///usr/share/doc/tovik/examples/form/index.html number
-    read -r number < <(exec Xvfb -displayfd 1 -noreset -nolisten tcp 2>/dev/null)
-    trap "kill $!" EXIT
-    export DISPLAY=:$number
+    local page=file:///usr/share/doc/tovik/examples/form/index.html
+    start_display
+    trap 'kill "$display_process"' EXIT
     mkdir -p "$root/tmp/.X11-unix" "$root/tmp/home"
-    ln "/tmp/.X11-unix/X$number" "$root/tmp/.X11-unix/"
+    ln "/tmp/.X11-unix/X${DISPLAY#:}" "$root/tmp/.X11-unix/"
     chroot "$root" env -u XAUTHORITY HOME=/tmp/home DBUS_SESSION_BUS_ADDRESS=disabled: \
         timeout 100 tovik --print -url "$page" >"$scratch/answer" &
     local dialog=$!
-    # The field takes no keys before the page is there, so they are given until the run has ended.
-    while kill -0 "$dialog" 2>/dev/null; do
-        xdotool search --onlyvisible --class tovik windowfocus type --delay 20 Ada || true
-        xdotool key Return
-    done
+    type_answer "$dialog"
     wait "$dialog"
     # The engine's processes end a little later, and until then the root cannot be removed.
     local end=$((SECONDS + 60))
@@ -72,7 +68,7 @@ show_dialog() {
         [ $SECONDS -lt $end ]
     done
     rm -r "$root/tmp/home"
-    grep -qE '^[Ada]*a$' "$scratch/answer"
+    answered "$scratch/answer"
 }
 
 examine() {

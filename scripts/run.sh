@@ -1,20 +1,20 @@
 #!/usr/bin/env bash
 # Builds Tovik and shows the demo dialog, or any page: run.sh [PAGE-OR-URL [OPTION]...]
-# Without a display everything runs under Xvfb; the demo dialog then fills itself in, and a
-# screenshot is kept. The last line is "answer: " and the text of the result file.
+# Without a display it starts a virtual one; the demo dialog then fills itself in, and a screenshot is
+# kept. The last line is "answer: " and the text of the result file.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 demo=$root/build/release/demo
 
-if [ "${1:-}" != --inside-xvfb ]; then
-    "$root/scripts/install-deps.sh"
-    (cd "$root" && cmake --preset release && cmake --build --preset release --target demo) >&2
-    if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
-        exec xvfb-run -a -s '-screen 0 800x720x24 -nolisten tcp' "$0" --inside-xvfb "$@"
-    fi
-else
-    shift
-    unattended=yes
+"$root/scripts/install-deps.sh"
+(cd "$root" && cmake --preset release && cmake --build --preset release --target demo) >&2
+
+result=$(mktemp -d)
+display_process=
+trap '[ -z "$display_process" ] || kill "$display_process"; rm -rf "$result"' EXIT
+if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+    . "$root/scripts/display.sh"
+    start_display -screen 0 800x720x24
     # Nobody needs assistive technology on a display without a person.
     export DBUS_SESSION_BUS_ADDRESS=disabled:
 fi
@@ -22,7 +22,7 @@ fi
 # The program is started with these words; a page on the disk becomes a URL.
 words=("$@")
 if [ $# -eq 0 ]; then
-    [ -z "${unattended:-}" ] || words=('demo://dialog?auto')
+    [ -z "$display_process" ] || words=('demo://dialog?auto')
 elif [[ $1 == *://* ]]; then
     words=(-url "$@")
 else
@@ -31,15 +31,13 @@ else
     words=(-url "file://$path" "${@:2}")
 fi
 
-result=$(mktemp -d)
-trap 'rm -rf "$result"' EXIT
 rm -f "$demo/screenshot.png"
 "$demo/bin/tovik" "${words[@]}" -store "$result/answer" &
 tovik=$!
 
 # Takes pictures of the screen as long as the window is there; the last whole one stays. (Asked for
 # a window that has just gone, import would wait for somebody to click on another.)
-if [ -n "${unattended:-}" ]; then
+if [ -n "$display_process" ]; then
     while kill -0 "$tovik" 2>/dev/null; do
         if import -silent -window root "$result/picture.png" 2>/dev/null &&
             xdotool search --onlyvisible --pid "$tovik" >/dev/null 2>&1; then

@@ -3,6 +3,7 @@
 # line for each: what was seen of the window, where the session tells, and that the answer came.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/display.sh
 scripts/install-deps.sh weston picom x11-xserver-utils
 output=$(cmake --preset release 2>&1 && cmake --build --preset release --target demo 2>&1) || {
     echo "$output" >&2
@@ -24,11 +25,8 @@ start() {
 
 # screen: another X server, without a window manager.
 screen() {
-    local number
-    read -r number < <(exec Xvfb -displayfd 1 -noreset -screen 0 1280x1024x24 -nolisten tcp \
-        2>/dev/null)
-    started+=($!)
-    export DISPLAY=:$number
+    start_display -screen 0 1280x1024x24
+    started+=("$display_process")
 }
 
 window_manager() {
@@ -42,8 +40,8 @@ report() { # report TEXT SEEN EXPECTED
     exit 1
 }
 
-# try TEXT EXPECTED COMMAND...: the window's size and place as the X server sees them, and the
-# answer, typed until the run has ended: the field takes no keys before the page is there.
+# try TEXT EXPECTED COMMAND...: compares the window's size and place, as the X server sees them, and
+# the answer.
 try() {
     local text=$1 expected=$2 window='' seen dialog
     shift 2
@@ -54,12 +52,9 @@ try() {
     done
     seen=$(xwininfo -id "$window" | awk '/Absolute/ {at = at " " $NF} /Width|Height/ {by = by " " $NF}
         END {print by " at" at}')
-    while kill -0 "$dialog" 2>/dev/null; do
-        xdotool windowfocus "$window" type Ada 2>/dev/null || true
-        xdotool key Return 2>/dev/null
-    done
+    type_answer "$dialog"
     wait "$dialog" || true # the answer tells
-    grep -qE '^[Ada]*a$' "$scratch/answer" || seen="no answer"
+    answered "$scratch/answer" || seen="no answer"
     report "$text" "${seen# }" "$expected"
 }
 

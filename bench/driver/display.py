@@ -1,8 +1,12 @@
 """A display of one's own, and the times at which windows appear on it."""
 
-import os
 import select
 import subprocess
+import sys
+from pathlib import Path
+
+sys.path.append(str(Path(__file__).resolve().parents[2] / "scripts"))
+import xserver  # noqa: E402
 
 
 class Display:
@@ -16,15 +20,7 @@ class Display:
         self._pending = b""
 
     def __enter__(self):
-        reader, writer = os.pipe()
-        self._server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
-            pass_fds=[writer],
-            stderr=subprocess.DEVNULL,
-        )
-        os.close(writer)
-        with os.fdopen(reader) as number:
-            self.name = ":" + number.readline().strip()
+        self._server, self.name = xserver.start("1280x1024")
         self._watch = subprocess.Popen(
             [self._stage.tools / "bench-map-watch"],
             env=self._stage.environment(self.name),

@@ -5,11 +5,15 @@ import pathlib
 import shutil
 import signal
 import subprocess
+import sys
 import tempfile
 import time
 import unittest
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
+sys.path.append(str(SOURCE / "scripts"))
+import xserver  # noqa: E402
+
 BUILD = pathlib.Path(os.environ.get("TOVIK_BUILD", SOURCE / "build/dev"))
 SANITIZER = os.environ.get("SANITIZER_LIBRARY", "")
 PATIENCE = 60  # seconds
@@ -42,13 +46,7 @@ class Shell(unittest.TestCase):
                 # Without the first, the leak check itself crashes in the user-interface process.
                 "LSAN_OPTIONS": "use_tls=0:exitcode=0"}
         self.addCleanup(self.check_sanitizer_logs)
-        read, write = os.pipe()
-        self.display = self.spawn(
-            ["Xvfb", "-displayfd", str(write), "-noreset", "-nolisten", "tcp", "-screen", "0",
-             self.screen + "x24"], pass_fds=[write], stderr=subprocess.DEVNULL)
-        os.close(write)
-        with open(read, encoding="ascii") as number:
-            self.environment["DISPLAY"] = ":" + number.readline().strip()
+        self.display, self.environment["DISPLAY"] = xserver.start(self.screen, self.spawn)
         if self.window_manager:
             own = {name: self.environment[name] for name in ("DISPLAY", "HOME")}
             self.spawn(["openbox"], env=os.environ | own, stdout=subprocess.DEVNULL,
