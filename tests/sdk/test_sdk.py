@@ -10,6 +10,7 @@ import subprocess
 import sys
 import unittest.mock
 
+import guide
 from server import serve
 from shell import BUILD, PATIENCE, SOURCE, Shell
 from test_bridge import CALLS
@@ -95,25 +96,12 @@ class Sdk(Shell):
         self.answer_by_keyboard()
         self.assertRegex(self.store.read_text(), r"^\w*a$")
 
-    def readme(self):
-        """Saves the files that the guide shows and returns its commands."""
-        text = (self.sdk / "README.md").read_text()
-        for name, body in re.findall(r"ave as `([^`]+)`:\n\n```\w+\n(.*?)```", text, re.S):
-            (self.sdk / name).write_text(body)
-        return re.findall("```sh\n(.*?)```", text, re.S)
-
     def test_every_command_of_the_guide_works(self):
-        output = ""
-        for block in self.readme():
-            self.process = self.spawn(["bash", "-euc", block], env=self.environment, cwd=self.sdk,
-                                      text=True, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-            printed, errors = self.answer_by_keyboard()
-            self.assertEqual(self.process.returncode, 0, block + errors)
-            output += printed
+        output = guide.follow(self, self.sdk / "README.md", self.sdk)
         self.assertRegex(output, r"^(OK .*\n)+signed by \w+\n(answer: signed by \w+\n){3}$")
 
     def test_callers_get_the_answer_as_a_value(self):
-        self.readme()
+        guide.read(self.sdk / "README.md", self.sdk)
         strict = "cc -std=c99 -Wall -Wextra -Wpedantic -Wconversion -Werror -O2 -Iinclude"
         for name in ("ask.py", "ask.c"):
             late = (self.sdk / name).read_text().replace("30", "2")
