@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Fuzzes all targets with libFuzzer, two at a time: fuzz.sh [SECONDS], 60 in all unless told. Fails
-# for a crash or an input that takes over a second; the input is kept in build/fuzz.
+# on a crash and on an input that needs more than a second; the input is kept in build/fuzz.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-60}
@@ -16,7 +16,7 @@ while IFS= read -r seed; do
     printf '%b' "${seed//%/\\x25}" >"seeds/$((number += 1))"
 done <../../tests/fuzz/seeds.txt
 
-targets=(action_urls base64 command_lines info_texts startup_page url_decoding)
+mapfile -t targets <fuzz-targets
 export each=$((seconds * 2 / ${#targets[@]}))
 printf '%s\n' "${targets[@]}" | xargs -P 2 -I TARGET bash -c '
     mkdir -p corpus/TARGET

@@ -1,5 +1,6 @@
-// Fuzz targets, one program for each: FUZZ_TARGET names the function below. Each compares with a
-// plain model or checks what must hold for every input, and aborts when it does not.
+// Fuzz targets. FUZZ_TARGET names the function that a fuzzer calls; without it the program replays
+// seeds through all FUZZ_TARGETS. Each function compares with a plain model or checks what must hold
+// for every input, and aborts when it does not.
 #include "bridge/InfoTexts.h"
 #include "util/StringUtil.h"
 #include "util/Utility.h"
@@ -163,8 +164,7 @@ int main(int, char** argv)
         for (std::size_t at = 0; (at = seed.find("\\0", at)) != std::string::npos;) {
             seed.replace(at, 2, 1, '\0');
         }
-        for (auto* target :
-            {url_decoding, action_urls, base64, command_lines, info_texts, startup_page}) {
+        for (auto* target : {FUZZ_TARGETS}) {
             target(seed);
         }
     }
