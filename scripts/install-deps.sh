@@ -14,7 +14,7 @@ packages=(
     clang libclang-rt-14-dev lld gcovr valgrind
     chromium node-typescript dbus at-spi2-core gir1.2-atspi-2.0 python3-gi
     # checking the documents
-    codespell mandoc
+    codespell doxygen mandoc
     # measuring
     libbenchmark-dev gnuplot-nox
     "$@"
