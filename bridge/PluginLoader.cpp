@@ -16,7 +16,7 @@ constinit void* g_Plugin = nullptr;
 
 using PathBuffer = char[kPathCapacity];
 
-/// Empty texts where there is no such path.
+/// The paths of a plug-in; each is empty when it was not found.
 struct PluginPaths {
     PathBuffer library = "";
     PathBuffer globalConfig = "";
@@ -30,7 +30,7 @@ const char* option_value(const char* name)
     return wa_get_argument(name, &value) == 0 ? "" : value;
 }
 
-/// Makes directory + prefix + brand + suffix in `buffer`, empty unless that file exists.
+/// Stores directory + prefix + brand + suffix in `buffer`, or nothing when no such file exists.
 void find_brand_file(
     PathBuffer& buffer, const char* directory, const char* prefix, const char* suffix)
 {

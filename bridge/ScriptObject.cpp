@@ -19,10 +19,10 @@ using OwnedUtf8 = std::unique_ptr<char, ReleaseWith<wa_free_utf8string>>;
 
 constexpr std::size_t kNumberCapacity = 16;
 
-// From this length on it pays to ask a string for its units.
+// From this length on, reading the units of a string costs less than converting it.
 constexpr std::size_t kLongText = 128;
 
-// The engine ends the process where a string of 16-bit units would become a little longer.
+// The engine ends the process for a string of 16-bit units that is a little longer.
 constexpr std::size_t kLongestAnswer = 0x7FFFFFF0;
 
 void wa_init_cb(JSContextRef, JSObjectRef) noexcept { }
@@ -45,7 +45,8 @@ const JSClassDefinition wa_class_def = [] {
     return definition;
 }();
 
-/// Drops the fraction; what a signed 64-bit integer cannot hold is the smallest one.
+/// Drops the fraction; a number beyond the range of a long, or not a number, gives the smallest
+/// one.
 long truncated(double number)
 {
     constexpr double kLimit = 9223372036854775808.0;
@@ -78,7 +79,8 @@ char* alloc_text_of_string(JSContextRef context, JSValueRef value)
             return text.release();
         }
     }
-    // A unit becomes three bytes at most. The engine's own function for this counts in 32 bits.
+    // A unit becomes three bytes at most. The engine's function for this capacity counts in 32
+    // bits and would wrap for 1.4 billion units.
     const std::size_t capacity = length * 3 + 1;
     char* text = new char[capacity];
     text[0] = 0;
@@ -93,7 +95,7 @@ OwnedUtf8 argument_text(
     return OwnedUtf8(index < count ? wa_alloc_utf8string(context, arguments[index]) : nullptr);
 }
 
-/// The plug-in's answer as a script string; the empty string for null and a text that is too long.
+/// The plug-in's answer as a script string; empty for null and for more than kLongestAnswer bytes.
 JSValueRef script_string(JSContextRef context, const char* text)
 {
     const std::size_t length = tovik::_strlen(text);
@@ -127,7 +129,7 @@ char* wa_alloc_utf8string(JSContextRef context, JSValueRef value)
         return nullptr;
     }
     char* text = new char[kNumberCapacity];
-    // A number that does not fit leaves the empty string.
+    // Of a longer positive number the last 15 digits stay; of a longer negative one, nothing.
     number2string(truncated(JSValueToNumber(context, value, nullptr)), text, kNumberCapacity);
     return text;
 }
@@ -162,7 +164,7 @@ JSValueRef wa_SetProperty(JSContextRef context, JSObjectRef, JSObjectRef, size_t
 JSValueRef wa_EnumProperty(JSContextRef context, JSObjectRef, JSObjectRef, size_t count,
     const JSValueRef arguments[], JSValueRef*) noexcept
 {
-    // Both texts live until the answer is copied, which may be one of them.
+    // The plug-in may answer with one of these texts, so both live until the answer is copied.
     const OwnedUtf8 first = count >= 2 ? argument_text(context, count, arguments, 0) : nullptr;
     const OwnedUtf8 second = first ? argument_text(context, count, arguments, 1) : nullptr;
     void* plugin = second ? wa_GetPlugin() : nullptr;

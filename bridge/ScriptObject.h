@@ -1,22 +1,23 @@
-// ScriptObject.h: the global object `Tovik` of every page, whose functions forward to the plug-in
-// and return when it has answered. They raise no exception: a missing or unusable argument and a
-// missing plug-in give the empty string, null or 0. For files of the web process.
+// ScriptObject.h: the global object `Tovik` of every page. Its functions call the plug-in and
+// return its answer. They raise no exception: a missing or unusable argument and a missing plug-in
+// give the empty string, null or 0. For files of the web process.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
 
-/// Makes a new script object the property "Tovik" of the context's global object.
+/// Sets the property "Tovik" of the global object of the context to a new script object.
 void wa_addJSClasses(JSGlobalContextRef context);
 
 /// New UTF-8 text of a string, or of a number without its fraction, released with
-/// wa_free_utf8string(). A number of more than 15 digits, 13 when negative, and one that is not
-/// finite, follow number2string() for a buffer of 16 bytes. Null for any other value.
+/// wa_free_utf8string(). Of a number with more than 15 digits the last 15 stay. A negative number
+/// with more than 13 digits, and a number beyond 64 bits or not finite, gives the empty text. Null
+/// for any other value.
 char* wa_alloc_utf8string(JSContextRef context, JSValueRef value);
 
-/// Releases a text of wa_alloc_utf8string(); null is accepted.
+/// Releases a text of wa_alloc_utf8string(); accepts null.
 void wa_free_utf8string(char* text);
 
-/// `Tovik.GetProperty(name)`: the property's value as a string.
+/// `Tovik.GetProperty(name)`: the value of the property as a string.
 JSValueRef wa_GetProperty(JSContextRef context, JSObjectRef function, JSObjectRef thisObject,
     size_t count, const JSValueRef arguments[], JSValueRef* exception) noexcept;
 
@@ -24,10 +25,10 @@ JSValueRef wa_GetProperty(JSContextRef context, JSObjectRef function, JSObjectRe
 JSValueRef wa_SetProperty(JSContextRef context, JSObjectRef function, JSObjectRef thisObject,
     size_t count, const JSValueRef arguments[], JSValueRef* exception) noexcept;
 
-/// `Tovik.EnumProperty(first, second)`: the plug-in's answer as a string.
+/// `Tovik.EnumProperty(first, second)`: the answer of the plug-in as a string.
 JSValueRef wa_EnumProperty(JSContextRef context, JSObjectRef function, JSObjectRef thisObject,
     size_t count, const JSValueRef arguments[], JSValueRef* exception) noexcept;
 
-/// `Tovik.Invoke(name)`: the low 32 bits of the command's status as a signed number.
+/// `Tovik.Invoke(name)`: the low 32 bits of the status of a command as a signed number.
 JSValueRef wa_Invoke(JSContextRef context, JSObjectRef function, JSObjectRef thisObject,
     size_t count, const JSValueRef arguments[], JSValueRef* exception) noexcept;

@@ -16,7 +16,7 @@ bool is_token_character(char c)
     return alphanumeric || tovik::_strchr("!#$%&'*+-.^_`|~", c) != nullptr;
 }
 
-/// Moves past a token; false when there is none.
+/// Moves past a token; false when no token begins here.
 bool skip_token(const char*& at)
 {
     const char* start = at;

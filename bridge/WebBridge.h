@@ -1,6 +1,6 @@
-// WebBridge.h: the face of this room. It finds and loads the plug-in, reads from it what the shell
-// needs, and joins pages to it: the extension directory is the shell's end of that, WebExtension.h
-// and ScriptObject.h are the end in the web process.
+// WebBridge.h: the front door of this room, which every other room includes in place of the headers
+// below: they find and load the plug-in, read what the shell needs from it, and name the extension
+// directory. WebExtension.h and ScriptObject.h are the part for the web process.
 #pragma once
 
 #include "bridge/ExtensionDirectory.h" // IWYU pragma: export

@@ -37,7 +37,7 @@ void webkit_web_extension_initialize(WebKitWebExtension*) noexcept
 void wa_window_object_cleared_cb(
     WebKitScriptWorld* world, WebKitWebPage*, WebKitFrame* frame, void*) noexcept
 {
-    // The successor of this call speaks GLib's script types; the script class needs the C ones.
+    // The call that replaces this one returns a GLib type; the script class needs the C type.
     G_GNUC_BEGIN_IGNORE_DEPRECATIONS
     JSGlobalContextRef context = webkit_frame_get_javascript_context_for_script_world(frame, world);
     G_GNUC_END_IGNORE_DEPRECATIONS

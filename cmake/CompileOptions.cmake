@@ -1,4 +1,4 @@
-# Warnings and hardening for everything that is built here.
+# Warnings and hardening for all targets.
 include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
 set(given "${CMAKE_C_FLAGS} ${CMAKE_CXX_FLAGS}")
@@ -8,7 +8,7 @@ add_compile_options(
   "$<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast;-Wnon-virtual-dtor>")
 add_link_options(-Wl,-z,defs -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
 
-# What the compiler has of these; a distribution whose flags speak of one has decided on it.
+# The options that the compiler knows, except those that the flags given by a distribution decide.
 foreach(option -fstack-protector-strong -fstack-clash-protection -fcf-protection)
   string(REGEX MATCH "[a-z]+-(clash-)?protect(or|ion)" topic ${option})
   check_cxx_compiler_flag(${option} has${option})
@@ -21,7 +21,7 @@ if(TOVIK_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
     -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
-  # The runtime has to be a library of its own, since the tests load it into the engine's processes.
+  # The tests load the runtime into the processes of the engine, so it must be a shared library.
   set(runtime libasan.so)
   if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
     set(runtime libclang_rt.asan-${CMAKE_SYSTEM_PROCESSOR}.so)
@@ -33,7 +33,7 @@ if(TOVIK_SANITIZE)
     add_link_options(-shared-libasan -Wl,-rpath,${folder})
   endif()
 elseif(NOT given MATCHES _FORTIFY_SOURCE)
-  # The third level needs a C library and a compiler that have it, and every level optimisation.
+  # Level 3 needs support by the C library and the compiler; every level needs optimisation.
   set(CMAKE_REQUIRED_FLAGS "-O2 -Werror -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3")
   check_cxx_source_compiles("#include <cstdlib>
 int main() { static_assert(__USE_FORTIFY_LEVEL == 3); }" has_fortify_3)

@@ -1,5 +1,5 @@
-# tovik_include_root(TARGET HEADER-OR-FOLDER...): gives the target an include directory that holds
-# links to these and nothing else, so that the compiler refuses an #include of anything else.
+# tovik_include_root(TARGET HEADER-OR-FOLDER...): gives the target an include directory with links
+# to these headers and folders alone, so that the compiler refuses an #include of any other.
 function(tovik_include_root target)
   string(REGEX REPLACE "^tovik-" "" room ${target})
   set(root ${PROJECT_BINARY_DIR}/include/${room})
@@ -13,7 +13,7 @@ function(tovik_include_root target)
 endfunction()
 
 # tovik_room(TARGET [MAY_INCLUDE ROOM...] SOURCES FILE...): one room of the library, which is the
-# current folder, as an object library. It sees the headers of these rooms and its own.
+# current folder, as an object library. It may include its own headers and those of these rooms.
 function(tovik_room target)
   cmake_parse_arguments(PARSE_ARGV 1 room "" "" "MAY_INCLUDE;SOURCES")
   add_library(${target} OBJECT ${room_SOURCES})

@@ -20,8 +20,8 @@ void* module_of(void* address) noexcept
     return dladdr(address, &module) == 0 ? nullptr : module.dli_fbase;
 }
 
-/// Looks up one entry point. The look-up also searches the libraries that the plug-in links to;
-/// when that finds our own function of the same name, the plug-in has none.
+/// Looks up one entry point. dlsym() also searches the libraries that the plug-in links to, and may
+/// find our own function of that name: then the plug-in has none.
 template <typename Function>
 bool bind_entry(void* library, const char* name, Function*& entry) noexcept
 {

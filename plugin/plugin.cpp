@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The process's plug-in. Its destructor finalises one that finalize_at_exit() has not.
+/// The plug-in of the process. Its destructor finalises one that finalize_at_exit() has not.
 constinit CWrapperPlugin g_Plugin;
 
 void finalize_at_exit() noexcept
@@ -34,8 +34,8 @@ void* P_Initialize(const char* text, const char* globalConfig, const char* local
     if (!g_Plugin.Initialize(text, globalConfig, localConfig, callback)) {
         return nullptr;
     }
-    // What is registered last runs first. A library that is loaded anew has registered its static
-    // objects anew, so each success registers again: the plug-in is finalised while they exist.
+    // Functions registered last run first. A library that is loaded again registers its static
+    // objects again, so each success registers too: the plug-in is finalised while they exist.
     static_cast<void>(std::atexit(finalize_at_exit));
     return &g_Plugin;
 }

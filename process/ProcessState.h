@@ -1,5 +1,5 @@
-// ProcessState.h: the process-wide variables of this room. They are null or 0 before Main runs, which
-// it never does in the web process.
+// ProcessState.h: the process-wide variables of this room, each with its writer. Main sets its own
+// back at the end. In the web process, where Main never runs, there are no arguments.
 #pragma once
 
 #include <cstdint>

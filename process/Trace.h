@@ -3,11 +3,11 @@
 
 #include <cstdint>
 
-/// 1 when tracing is on, else 0. The first call looks for "-verbose" among the process arguments;
-/// its answer holds for the life of the process.
+/// 1 when tracing is on, else 0. The first call looks for "-verbose" among the process arguments,
+/// and its answer stays for the life of the process.
 int wa_verbose();
 
-/// Writes "App - label text" when tracing is on; a null text is empty, two nulls write nothing.
+/// Writes "App - label text" when tracing is on. A null counts as empty; two nulls write nothing.
 void wa_trace(const char* label, const char* text);
 
 /// Writes "App - label 0xHHHHLLLL" for a packed pair when tracing is on; a null label is empty.

@@ -12,7 +12,7 @@
 #include <string>
 
 struct CallRecorder {
-    /// File of the library that the rooms take themselves for.
+    /// File of the library that the rooms speak for.
     std::string module;
 
     /// While false, the plug-in is found but not loaded.

@@ -82,8 +82,8 @@ int find_argument(int argc, char** argv, const char* name)
     return -1;
 }
 
-/// The argument behind the option at `index`; the empty string when it has no value.
-const char* value_behind(int argc, char** argv, int index)
+/// The argument after the option at `index`; the empty string when the option has no value.
+const char* value_after(int argc, char** argv, int index)
 {
     const char* value = index + 1 < argc ? argv[index + 1] : nullptr;
     return value == nullptr || *value == '-' ? "" : value;
@@ -98,7 +98,7 @@ int get_argument(int argc, char** argv, const char* name, const char** value)
     if (index < 0) {
         return 0;
     }
-    *value = value_behind(argc, argv, index);
+    *value = value_after(argc, argv, index);
     return 1;
 }
 
@@ -109,7 +109,7 @@ int get_argument(int argc, char** argv, const char* name, unsigned int* value)
         return 0;
     }
     if (value != nullptr) {
-        *value = static_cast<unsigned int>(string2number(value_behind(argc, argv, index)));
+        *value = static_cast<unsigned int>(string2number(value_after(argc, argv, index)));
     }
     return 1;
 }

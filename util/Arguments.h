@@ -1,48 +1,48 @@
 // Arguments.h: argument lists, option lookup, and numbers read from option texts.
 //
 // An argument list is an array of `count` strings and a null terminator; the count is kept beside
-// it. The array and each string come from malloc, so that a list may also be built and released
-// by C code. A list with its count is a valid argument vector for the lookups.
+// it. The array and each string come from malloc, so C code may build and release lists too. The
+// lookups accept a list with its count as argument vector.
 #pragma once
 
 #include "util/Owned.h"
 
 #include <cstdint>
 
-/// Looks up the option `name` among argv[0] to argv[argc - 1]; the first equal entry wins, and a
-/// null entry equals no name. Returns 1 with the following argument in `*value`, or with the empty
-/// string when the option stands last or the next argument is null or begins with "-"; 0 with
-/// null when the option is absent. The value points into `argv` or at a static text.
+/// Looks up the option `name` among argv[0] to argv[argc - 1]. The first equal entry wins; a null
+/// entry equals no name. Returns 1 with the next argument in `*value`, or with the empty string
+/// when there is no next argument or it is null or begins with "-". Returns 0 with null in `*value`
+/// when the option is absent. The value points into `argv` or at a static text.
 int get_argument(int argc, char** argv, const char* name, const char** value);
 
-/// The same lookup with the value read by string2number(), of which the low 32 bits are kept; a
-/// missing value is 0. `*value` stays as it is when the option is absent; `value` may be null.
+/// The same lookup for a number: stores the low 32 bits of what string2number() reads, 0 for a
+/// missing value. `*value` is unchanged when the option is absent; `value` may be null.
 int get_argument(int argc, char** argv, const char* name, unsigned int* value);
 
 /// 1 when the option `name` is present, else 0.
 int has_argument(int argc, char** argv, const char* name);
 
 /// Splits a command line into a new argument list, released with free_argument_list(), and stores
-/// its length in `*count`. Spaces separate arguments; an argument that begins with a double quote
-/// runs to the next one, and there is no escape character. An empty or null text gives no
-/// argument, a text of spaces alone one empty argument. Null, with `*count` as it was and nothing
-/// left allocated, when memory runs out.
+/// its length in `*count`. Spaces separate arguments. An argument that begins with a double quote
+/// ends at the next double quote; no character escapes one. An empty or null text gives no
+/// argument, a text of spaces alone one empty argument. Returns null, with `*count` unchanged and
+/// nothing left allocated, when memory runs out.
 char** alloc_argument_list(const char* text, int* count);
 
-/// Joins two argument lists into a new one, first before second; neither is changed.
+/// Copies two argument lists into a new one, first before second.
 /// first, second            arrays of strings; a null entry is copied as the empty string
 /// firstCount, secondCount  entries to copy from each; below 1 copies none
 /// Returns a list of the copies, released with free_argument_list(); null, with nothing left
 /// allocated, when memory runs out.
 char** append_argument_list(char** first, int firstCount, char** second, int secondCount);
 
-/// Releases a list and its strings, up to the first null entry; null is accepted.
+/// Releases a list and its strings up to the first null entry; accepts null.
 void free_argument_list(char** list);
 
 /// An argument list.
 using OwnedList = std::unique_ptr<char*[], ReleaseWith<free_argument_list>>;
 
-/// Value of the hexadecimal digits in `text`, which is not null; other characters are skipped and
+/// Value of the hexadecimal digits in `text`, which is not null. Other characters are skipped, and
 /// only the last eight digits count.
 std::uint32_t hex2num(const char* text);
 

@@ -1,6 +1,6 @@
-// Blocks.h: sixteen bytes at a time, for the primitives and for the text that a page hands over.
-// The compiler's own vectors do most of the work on every processor. What has an instruction on
-// one of them that the compiler does not find is written out there, and a loop elsewhere.
+// Blocks.h: sixteen bytes at a time, for the primitives and for the texts that pages hand over.
+// The blocks are GCC vector types, which work on every target. Two operations use SSE2 intrinsics
+// where the target has them, and a loop elsewhere.
 #pragma once
 
 #include <bit>
@@ -13,25 +13,28 @@
 
 namespace tovik {
 
-/// Sixteen bytes at any address and of any object.
+/// Sixteen bytes at any address, whatever the type of the object there.
 typedef char Block __attribute__((vector_size(16), aligned(1), may_alias));
 
+/// Bytes of a block.
 constexpr std::size_t kBlockSize = sizeof(Block);
 
+/// Reads the sixteen bytes at `from`.
 inline Block load_block(const void* from)
 {
     return *static_cast<const Block*>(from);
 }
 
+/// Writes the sixteen bytes at `to`.
 inline void store_block(void* to, Block bytes)
 {
     *static_cast<Block*>(to) = bytes;
 }
 
-/// Some of a block's bytes: bit 0 stands for the first one.
+/// A set of bytes of a block: bit 0 stands for the first byte.
 using ByteMask = unsigned int;
 
-/// Where a comparison of two blocks, or of as many bytes in wider units, holds.
+/// The bytes for which a comparison of two blocks, or of sixteen bytes in wider units, holds.
 template <typename Comparison> ByteMask byte_mask(Comparison holds)
 {
 #ifdef __SSE2__
@@ -66,10 +69,11 @@ inline bool store_ascii(char* to, const unsigned short* units)
     return true;
 }
 
-/// The blocks of a text in order. They begin at multiples of their size, so none reaches into a
-/// page of memory that the text does not, although bytes around the text are read.
+/// The blocks of a text in order. They begin at multiples of their size. A block may hold bytes
+/// before and after the text, but none from a page of memory in which the text has no byte.
 class TextBlocks {
 public:
+    /// Starts at the block that holds the first byte of `text`.
     explicit TextBlocks(const char* text)
         : m_start(start_of(text))
         , m_bytes(load_around(m_start))
@@ -77,6 +81,7 @@ public:
     {
     }
 
+    /// Goes on to the next block.
     void advance()
     {
         m_start += kBlockSize;
@@ -84,34 +89,39 @@ public:
         m_inside = ~0U;
     }
 
-    /// Where the block holds `c`, from the start of the text on.
+    /// The bytes of the text in this block that equal `c`.
     ByteMask find(char c) const { return byte_mask(m_bytes == c) & m_inside; }
 
-    /// Where it holds `c` or the terminator.
+    /// The bytes that equal `c` or the terminator.
     ByteMask find_or_end(char c) const
     {
         return byte_mask((m_bytes == c) | (m_bytes == 0)) & m_inside;
     }
 
-    /// Where it holds `c` with `next` behind it; for a block without the terminator.
+    /// The bytes that equal `c` and are followed by `next`. The block must not hold the terminator,
+    /// since the byte after the block is read too.
     ByteMask find_pair(char c, char next) const
     {
         return byte_mask((m_bytes == c) & (load_around(m_start + 1) == next)) & m_inside;
     }
 
+    /// Address of the first byte of a mask, which is not empty.
     const char* first(ByteMask mask) const { return m_start + std::countr_zero(mask); }
+
+    /// Address of the last byte of a mask, which is not empty.
     const char* last(ByteMask mask) const { return m_start + std::bit_width(mask) - 1; }
 
 private:
-    /// Start of the block that holds the text's start. The compiler has to forget which object the
-    /// text is: where it sees one whole, it may take the reads around it for impossible.
+    /// Start of the block that holds the first byte of the text. The empty asm hides from the
+    /// compiler which object the text is: a compiler that knows its bounds may treat the reads
+    /// around it as impossible.
     static const char* start_of(const char* text)
     {
         asm volatile("" : "+r"(text) : : "memory");
         return text - reinterpret_cast<std::uintptr_t>(text) % kBlockSize;
     }
 
-    /// As load_block(), for bytes that AddressSanitizer may know to be outside the text.
+    /// load_block() without the checks of AddressSanitizer, which report bytes around the text.
     __attribute__((no_sanitize_address)) static Block load_around(const char* from)
     {
         return *reinterpret_cast<const Block*>(from);

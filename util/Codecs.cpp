@@ -28,8 +28,8 @@ std::int32_t base64_value(unsigned char c)
     return kBase64Values[c & 127U];
 }
 
-/// Values of the hexadecimal digits, -1 for other characters: a lookup takes the same time for
-/// each, where comparisons take longest for a mixture of digits and letters.
+/// Values of the hexadecimal digits, -1 for other characters. A lookup costs the same for every
+/// character; comparisons are slowest for a mixture of digits and letters.
 constexpr std::array<signed char, 256> kHexValues = [] {
     std::array<signed char, 256> values {};
     for (std::size_t c = 0; c < values.size(); ++c) {
@@ -201,7 +201,7 @@ bool replace_text(char* text, unsigned long capacity, const char* find, const ch
     }
     const std::size_t findLength = tovik::_strlen(find);
     const std::size_t replacementLength = tovik::_strlen(replacement);
-    // What was found is part of the text, so the difference is not below zero.
+    // The text contains what was found, so the difference is not below zero.
     if (tovik::_strlen(text) - findLength + replacementLength >= capacity) {
         return false;
     }

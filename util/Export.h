@@ -1,4 +1,5 @@
-// Export.h: the one mark that opens a symbol of the library; everything else stays hidden.
+// Export.h: the mark of an exported symbol; all other symbols of the library are hidden.
 #pragma once
 
+/// Makes a declared function visible to programs that load the library.
 #define TOVIK_EXPORT __attribute__((visibility("default")))

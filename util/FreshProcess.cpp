@@ -25,7 +25,7 @@ void reset_signals()
     for (int number = 1; number < NSIG; ++number) {
         sigaction(number, &action, nullptr);
     }
-    // Last: a handler of this process must not run in the child.
+    // After the actions: a pending signal must not run a handler of this process in the child.
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
@@ -33,7 +33,7 @@ void reset_signals()
 
 void keep_inherited_descriptors()
 {
-    // By its number: the wrapper is missing in some C libraries.
+    // Called by its number, as some C libraries have no wrapper.
     if (syscall(SYS_close_range, STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC) != 0) {
         return;
     }

@@ -1,4 +1,4 @@
-// HexDigit.h: the value of a hexadecimal digit, shared by number reading and URL decoding.
+// HexDigit.h: the value of a hexadecimal digit, for number reading and URL decoding.
 #pragma once
 
 /// 0 to 15 for a hexadecimal digit of either case, -1 for any other character.

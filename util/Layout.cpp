@@ -32,7 +32,7 @@ bool make_empty(char* buffer, std::size_t capacity)
     return true;
 }
 
-/// Cuts the path behind its last "/"; false when it holds none.
+/// Cuts the path after its last "/"; false when it holds none.
 bool cut_to_directory(char* path)
 {
     char* slash = tovik::_strrchr(path, '/');
@@ -43,7 +43,7 @@ bool cut_to_directory(char* path)
     return true;
 }
 
-/// Whether the brand name ends before `text`, within a library's file name.
+/// Whether the brand name ends before `text`, a part of the file name of a library.
 bool ends_brand(const char* text)
 {
     if (*text == 0 || *text == '_' || *text == 'x') {
@@ -84,7 +84,7 @@ void append_library_name(BoundedPath& directory)
     directory.append("lib").append(brand).append(".so");
 }
 
-/// Looks beside the running program, then in the "lib" directory that goes with its "bin".
+/// Looks beside the running program, then in the directory "lib" beside its directory "bin".
 bool find_library_by_program(char* buffer, std::size_t capacity)
 {
     if (!osGetApplicationPath(buffer, capacity) || !cut_to_directory(buffer)

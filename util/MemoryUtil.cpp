@@ -28,9 +28,9 @@ void* _memcpy(void* dst, const void* src, std::size_t n)
         }
         return dst;
     }
-    // Read before anything is written, for the operands may overlap.
+    // Read before anything is written, since the operands may overlap.
     const Block last = load_block(from + n - kBlockSize);
-    // The counting would take a third of the time of a few hundred bytes.
+    // Without unrolling, a third of the time of a few hundred bytes goes to the loop counter.
 #pragma GCC unroll 4
     for (std::size_t i = 0; i < n - kBlockSize; i += kBlockSize) {
         store_block(to + i, load_block(from + i));
@@ -48,7 +48,7 @@ void _memset(void* dst, unsigned char value, std::size_t n)
 
 void _memmove(void* dst, void* src, std::size_t n)
 {
-    // Null first: as an address it may be overtaken like any other.
+    // Null is tested first, since overtakes() compares addresses alone.
     if (dst == nullptr || src == nullptr || dst == src) {
         return;
     }

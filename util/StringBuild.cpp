@@ -1,4 +1,4 @@
-// The members of StringUtil.h that make new strings.
+// The functions of StringUtil.h that make new strings.
 #include "util/StringUtil.h"
 
 #include "util/MemoryUtil.h"
@@ -42,7 +42,7 @@ char* concatenated(const char* const* parts, std::size_t count)
     return text;
 }
 
-/// Length of the span that `text` begins, its nested spans included; 0 when it never closes.
+/// Length of the span at the start of `text`, nested spans included; 0 when it does not close.
 std::size_t nested_span(const char* text, const char* open, const char* close)
 {
     const std::size_t openLength = _strlen(open);

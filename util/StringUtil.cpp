@@ -9,7 +9,7 @@
 namespace tovik {
 namespace {
 
-// The order is the signed one on every processor, also where plain char and wchar_t have no sign.
+// Characters order as signed values on every target, also where char or wchar_t is unsigned.
 long long value_of(char c)
 {
     return static_cast<signed char>(c);
@@ -129,8 +129,7 @@ const char* find_last(const char* s, char c)
     }
 }
 
-/// First byte of the mask, whose bytes equal the first character of `prefix`, where all of it
-/// stands.
+/// First byte of `mask` at which `prefix` begins; the bytes of the mask equal its first character.
 const char* find_among(const TextBlocks& blocks, ByteMask mask, const char* prefix)
 {
     if (mask == 0) [[likely]] {
@@ -150,7 +149,7 @@ const char* find_text(const char* haystack, const char* needle)
     if (haystack == nullptr || needle == nullptr) {
         return nullptr;
     }
-    // Constructed first, for it makes the compiler forget what has been read of the needle by then.
+    // Constructed first: its asm makes the compiler read again what it has read of the needle.
     TextBlocks blocks(haystack);
     if (needle[0] == 0) {
         return nullptr;
@@ -159,7 +158,7 @@ const char* find_text(const char* haystack, const char* needle)
         return find_first(haystack, needle[0]);
     }
     while (blocks.find(0) == 0) {
-        // The second character leaves only few places, for each costs a branch guessed wrongly.
+        // Testing two characters leaves few candidates; each costs a mispredicted branch.
         const ByteMask pairs = blocks.find_pair(needle[0], needle[1]);
         const char* found = find_among(blocks, pairs, needle);
         if (found != nullptr) {
@@ -183,7 +182,7 @@ template <typename Unit> Unit* copy_bounded(Unit* dst, const Unit* src, std::siz
     return dst;
 }
 
-/// The end is looked at first: a terminator orders even before a negative character.
+/// The terminator is tested first: it orders before every character, even a negative one.
 template <typename Unit> int order(Unit a, Unit b)
 {
     if (a == b) {
@@ -233,8 +232,7 @@ template <typename Unit> int compare_folded(const Unit* a, const Unit* b, std::s
     return 0;
 }
 
-/// Candidate positions of a needle: one more than the last position where it may stand; 0 when it
-/// cannot be found at all.
+/// Number of positions at which a needle may begin; 0 when it cannot be found.
 std::size_t candidates(const char* haystack, const char* needle)
 {
     const std::size_t room = length_of(haystack);

@@ -7,7 +7,8 @@ namespace {
 constexpr Size kDefaultSize = {320, 512};
 constexpr std::uint32_t kMinimum = 64;
 
-/// Height kept free for the title bar when the window may be as high as the work area.
+/// Height of the title bar, subtracted from the height of a window that pixels or "-fullscreen"
+/// give.
 constexpr std::uint32_t kTitleBar = 30;
 
 bool is_percentage(std::uint32_t value)
@@ -30,8 +31,8 @@ Size size_from_option(std::uint32_t option, Size workArea)
         std::min(size.width, workArea.width), std::min(size.height, workArea.height) - kTitleBar};
 }
 
-/// One coordinate of "-position": a distance from the left or top edge of the work area or, with
-/// the top bit set, of the window's far edge from the right or bottom one.
+/// One coordinate of "-position": the distance from the left or top edge of the work area or, with
+/// the top bit set, the distance of the right or bottom edge of the window from that of the area.
 std::uint32_t coordinate(std::uint32_t half, std::uint32_t length, std::uint32_t room)
 {
     return (half & 0x8000) == 0 ? half : room - length - (half & 0x7FFF);

@@ -1,29 +1,36 @@
-// Options.h: every option of the product in one table, and what a run reads from it. Knows no GTK.
-// The host, which links to nothing of ours, uses the table alone.
+// Options.h: all options in one table, and what a run reads from it. Knows no GTK. The host, which
+// links to no room, uses the table alone.
 #pragma once
 
 #include "webapp/Geometry.h"
 
 #include <string_view>
 
-enum class OptionKind : char { flag, number, text };
+/// What the value of an option is.
+enum class OptionKind : char {
+    flag, // no value
+    number, // read by string2number()
+    text // used as it is
+};
 
-/// Where an option counts.
+/// Where an option is read.
 enum class OptionScope : char {
     run, // on the command line and, without "-url" there, among the plug-in's default options
     commandLine, // on the command line alone
     host // on the command line of the host, which does not hand it to the library
 };
 
+/// One row of the table.
 struct Option {
-    const char* name;
-    OptionKind kind;
-    OptionScope scope;
+    const char* name; // with its hyphens
+    OptionKind kind; // of its value
+    OptionScope scope; // where it is read
     const char* value; // what the help calls the value; empty for a flag
     const char* fallback; // value when the option is absent; null for none
     const char* help; // lines separated by line ends
 };
 
+/// The options, in the order of the help.
 inline constexpr Option kOptions[] = {
     {"-url", OptionKind::text, OptionScope::run, "PAGE", "index.html",
         "page to show: a file of the user interface, a URL, or res://PATH\n"
@@ -60,8 +67,8 @@ inline constexpr Option kOptions[] = {
     {"--version", OptionKind::flag, OptionScope::host, "", nullptr, "show the version"},
 };
 
-/// The option of this name. A name that is not in the table does not compile, as the search then
-/// leaves it.
+/// The option of this name. A name that is not in the table does not compile, because the search
+/// runs past its end.
 consteval const Option& option(std::string_view name)
 {
     const Option* candidate = kOptions;
@@ -71,18 +78,18 @@ consteval const Option& option(std::string_view name)
     return *candidate;
 }
 
-/// What the shell reads. A text points into the arguments or at a default of the table; it is null
-/// where the option is absent and has no default, and empty where its value is missing.
+/// The values of the options. A text points into the arguments or at a default of the table. It is
+/// null when the option is absent and has no default, and empty when its value is missing.
 struct ShellOptions {
-    const char* url;
-    const char* userAgent;
-    const char* icon;
-    const char* title;
-    const char* store;
-    unsigned int wait; // milliseconds
-    WindowRectOptions rect;
-    bool resizing;
-    bool system;
+    const char* url; // "-url"
+    const char* userAgent; // "-useragent"
+    const char* icon; // "-icon"
+    const char* title; // "-title"
+    const char* store; // "-store"
+    unsigned int wait; // "-wait", in milliseconds
+    WindowRectOptions rect; // "-size", "-fullscreen" and "-position"
+    bool resizing; // "-resizing"
+    bool system; // "-system"
 };
 
 /// Reads the options of an argument vector by the lookups of util/Arguments.h.

@@ -18,7 +18,7 @@ constexpr char kActionScheme[] = "tvk://";
 /// Carries out an action; not every action uses the status and the response.
 using Action = void (*)(const char* status, const char* response);
 
-/// URI that a navigation is about to load; null when its request has none.
+/// URI of a navigation; null when its request has none.
 const char* navigation_uri(WebKitPolicyDecision* decision)
 {
     WebKitNavigationAction* action = webkit_navigation_policy_decision_get_navigation_action(
@@ -26,8 +26,8 @@ const char* navigation_uri(WebKitPolicyDecision* decision)
     return webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
 }
 
-/// Sets the smallest size that the view can be given. A scrolled window needs no more than its
-/// scroll bars, whatever its content asks for, so it is given the same minimum.
+/// Sets the smallest size of the view. A scrolled window asks for no more than its scroll bars
+/// need, whatever its content asks for, so it receives the same minimum.
 void set_minimum_size(GtkWidget* view, int width, int height)
 {
     gtk_widget_set_size_request(view, width, height);
@@ -145,7 +145,7 @@ void wa_web_action_Resize(unsigned int value, unsigned int percent)
     const int height = static_cast<int>(size.height);
     GtkWindow* window = GTK_WINDOW(g_MainWindow);
     set_minimum_size(GTK_WIDGET(g_WebView), width, height);
-    // A window that the user may not resize becomes no smaller than its default size.
+    // A window that the user cannot resize never gets smaller than its default size.
     gtk_window_set_default_size(window, width, height);
     gtk_window_resize(window, width, height);
 

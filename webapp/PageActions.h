@@ -1,23 +1,22 @@
 // PageActions.h: what a page asks of the shell by navigating to a URL of the scheme "tvk".
 //
-// The road of an action: the policy handler refuses the navigation and hands the URL to the
-// parser, which hands name, status and response to the dispatcher, which calls one of the
-// wa_web_action_ functions, all before the handler returns.
+// The policy handler refuses the navigation. One wa_web_action() parses the URL, the other one
+// calls the wa_web_action_ function of that name, all before the handler returns.
 #pragma once
 
 #include "util/Owned.h"
 
 #include <webkit2/webkit2.h>
 
-/// Handler of "decide-policy". TRUE: the decision is taken or left as it is; navigations proceed,
-/// except that a URI beginning with "tvk://" is refused and, as long as the window's run lasts,
-/// carried out as an action. FALSE, for
-/// types other than navigation, new window and response, leaves it to WebKit.
+/// Handler of "decide-policy". Lets navigations proceed, except to URIs that begin with "tvk://":
+/// those are refused and, while the run of the window lasts, carried out as actions. TRUE for a
+/// navigation, and for a new window and a response, which it leaves undecided; FALSE leaves any
+/// other type to WebKit.
 gboolean wa_web_decide_policy_cb(WebKitWebView* view, WebKitPolicyDecision* decision,
     WebKitPolicyDecisionType type, void* data = nullptr) noexcept;
 
-/// Takes an action URL apart, its query items "status" and "response" decoded, and carries the
-/// action out; a URL without an action name does nothing.
+/// Parses an action URL, decodes its query items "status" and "response", and carries the action
+/// out. A URL without an action name does nothing.
 void wa_web_action(const char* uri);
 
 /// Carries out one action: "exit", "resize", "reload", "restart", "install" or "uninstall"; any
@@ -27,16 +26,17 @@ void wa_web_action(const char* action, const char* status, const char* response)
 /// Keeps copies of status and response for the result file and ends the main loop.
 void wa_web_action_Exit(const char* status, const char* response);
 
-/// Resizes the window, at least 64 and at most the work area, and moves it back inside the work
-/// area where it sticks out. See wa_resized() for `value` and `percent`; the reference is g_Size.
+/// Resizes the window, to at least 64 and at most the work area in each dimension, and moves it
+/// back inside the work area. See wa_resized() for `value` and `percent`; the reference is g_Size.
 void wa_web_action_Resize(unsigned int value, unsigned int percent);
 
-/// Loads the start page again or, when the URL query of the process arguments carries a redirect,
-/// opens that in the desktop browser and ends the main loop.
+/// Loads the start page again when the process arguments have no URL query. A query with a redirect
+/// opens that in the desktop browser, if it holds "://", and ends the main loop; a query without
+/// one does nothing.
 void wa_web_action_Reload();
 
-/// Starts the program anew with the process arguments and ends this process at once: no result
-/// file, no release of the plug-in. Returns only when no process could be made.
+/// Starts the program again with the process arguments and ends this process at once: without
+/// result file and without release of the plug-in. Returns only when no process can be made.
 void wa_web_action_Restart();
 
 /// Runs the script `name` and waits for it; see wa_call_script().
@@ -52,6 +52,6 @@ void wa_free_argument_copies(char** copies);
 /// Copies of the process arguments.
 using OwnedArgumentCopies = std::unique_ptr<char*[], ReleaseWith<wa_free_argument_copies>>;
 
-/// New string with the redirect in a URL query: what follows the first "redirect=", up to the
-/// first "&autostarttoken=" behind it, URL-decoded. Null when there is none.
+/// New string with the redirect of a URL query: the URL-decoded text after the first "redirect=",
+/// up to the next "&autostarttoken=". Null without a redirect.
 OwnedText wa_redirect_of_query(const char* query);

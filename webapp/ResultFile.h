@@ -1,9 +1,9 @@
-// ResultFile.h: how the page's answer reaches the host.
+// ResultFile.h: how the answer of the page reaches the host.
 #pragma once
 
-/// Writes the answer of the run over the file at `path`, without terminator or line end: the
-/// response, when it is not empty and the status is "OK" or "CKR_OK"; else the status, or
-/// "CKR_CANCEL" when that is missing or empty. A file that cannot be written whole is emptied, so
-/// that half an answer counts as none. A null or empty path, and a file that cannot be opened, are
-/// passed over without a message.
+/// Replaces the content of the file at `path` by the answer of the run, without terminator or line
+/// end: the response, when it is not empty and the status is "OK" or "CKR_OK"; else the status, or
+/// "CKR_CANCEL" when the status is missing or empty. Empties a file that it cannot write whole, so
+/// that no caller reads half an answer. Ignores a null or empty path and a file that it cannot
+/// open.
 void wa_handle_result(const char* path);

@@ -12,15 +12,15 @@ namespace {
 
 using OwnedVariant = std::unique_ptr<GVariant, ReleaseWith<g_variant_unref>>;
 
-/// Gives the page the address `start` when it shows that one already, the fragment aside; to load
-/// what differs in the fragment alone would move the page to an anchor and load nothing.
+/// Sets the address of the page to `start` when the two differ in the fragment alone. Loading an
+/// address that differs in the fragment alone would scroll to an anchor and load nothing.
 constexpr char kTakeStartAddress[] = "const page = url => url.split('#')[0];"
                                      "const address = new URL(start).href;"
                                      "if (page(address) === page(location.href)) {"
                                      "    history.replaceState(null, '', address);"
                                      "}";
 
-/// Loads the start page, whether the page has its address or not.
+/// Loads the start page, whether the script has succeeded or not.
 void address_taken_cb(GObject* view, GAsyncResult* result, void*) noexcept
 {
     GError* error = nullptr;
@@ -67,7 +67,7 @@ void wa_update_useragent(WebKitSettings* settings, const char* userAgent)
         combined.reset(wa_plugin_user_agent(webkit_settings_get_user_agent(settings)));
         userAgent = combined.get();
     }
-    // WebKit answers a text that it refuses with a message, and keeps its own.
+    // For a text that it refuses, WebKit writes a message and keeps its own.
     if (userAgent == nullptr || wa_user_agent_fault(userAgent) != nullptr) {
         return;
     }
@@ -93,7 +93,8 @@ void wa_open_view_again()
     }
     const OwnedVariant arguments(
         g_variant_ref_sink(g_variant_new_parsed("{'start': <%s>}", g_URL.get())));
-    // In a world of its own, where the page cannot replace what the script calls.
+    // In a script world of its own, where the page cannot replace the functions that the script
+    // calls.
     webkit_web_view_call_async_javascript_function(g_WebView, kTakeStartAddress, -1,
         arguments.get(), "tovik", nullptr, nullptr, address_taken_cb, nullptr);
 }

@@ -12,8 +12,8 @@
 
 namespace {
 
-/// Shows the window and, when it is gone, writes the result file and releases the plug-in. Does
-/// no more than the last of these when there is no display.
+/// Shows the window and, after its end, writes the result file and releases the plug-in. Without a
+/// display it only releases the plug-in.
 void run(const ShellArguments& arguments)
 {
     const ShellOptions options = read_options(arguments.count, arguments.list);
@@ -58,8 +58,8 @@ int Main(int argc, char** argv) noexcept
     g_ARGC = argc;
     g_ARGV = argv;
     note_inherited_descriptors();
-    // Without the arguments, of which GTK would take some for its own. A failure shows as a
-    // missing display wherever one is needed.
+    // GTK receives no arguments, some of which it would interpret. A failure shows as a missing
+    // display wherever one is needed.
     gtk_init_check(nullptr, nullptr);
     run(wa_shell_arguments(argc, argv));
     g_Status.reset();

@@ -29,8 +29,8 @@ GtkWidget* create_window(const char* icon)
     return window;
 }
 
-/// Dresses the new window. GTK takes no default size beyond the range of an int, which a height
-/// that wrapped below zero is, so it is asked for the work area at most.
+/// Sets title, default size and handlers of the new window. GTK refuses a default size beyond the
+/// range of an int, such as a height that wrapped below zero, so the work area is the most.
 void prepare_window(GtkWidget* window, const char* title, Size size, Size workArea)
 {
     if (title != nullptr) {
@@ -42,7 +42,7 @@ void prepare_window(GtkWidget* window, const char* title, Size size, Size workAr
     wa_bridge_prepare_window(window);
 }
 
-/// Places the window, brings it to its initial size, shows it and runs the main loop.
+/// Places the window, sets its initial size, shows it and runs the main loop.
 void run_window(GtkWindow* window, Position at, int resizing, int system)
 {
     if (at.x != 0 || at.y != 0) {
@@ -100,8 +100,8 @@ void wa_gui_show(GtkWidget* content, const char* icon, const char* title, unsign
         usleep(wait * 1000);
     }
     run_window(GTK_WINDOW(g_MainWindow), {x, y}, resizing, system);
-    // The host may go on, even with a main loop of its own, and so may the window and its page;
-    // without a window here, neither ends that loop.
+    // The host may go on with a main loop of its own while the window and its page still exist.
+    // They end no main loop while this is null.
     g_MainWindow = nullptr;
 }
 

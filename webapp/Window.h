@@ -1,13 +1,13 @@
-// Window.h: the one window: its widgets, its run from first showing to the end of the main loop,
-// and the work area that its geometry is computed against.
+// Window.h: the one window: its widgets, its run from the first showing to the end of the main
+// loop, and the work area that limits it.
 #pragma once
 
 #include "webapp/Geometry.h"
 
 #include <gtk/gtk.h>
 
-/// Builds the content of the window, a box with the scrolled web view, and returns it; the window
-/// of wa_gui_show() takes it over. Null when GTK has no display.
+/// Builds the content of the window, a box with the scrolled web view. The window of wa_gui_show()
+/// becomes its owner. Null when GTK has no display.
 /// userAgent  value of "-useragent", or null
 GtkWidget* wa_gui_start(const char* userAgent);
 
@@ -15,7 +15,7 @@ GtkWidget* wa_gui_start(const char* userAgent);
 /// loop until it is quit.
 /// icon           path of the window icon; null or "none" for no icon
 /// title          window title, or null
-/// x, y           position in pixels; 0,0 leaves the place to the window manager
+/// x, y           position in pixels; with 0,0 the window manager places the window
 /// width, height  size in pixels, or percentages of the work area when each is at most 100
 /// wait           pause in milliseconds between starting the load and showing the window, during
 ///                which the main loop does not run
@@ -34,11 +34,11 @@ void wa_gui_screen_size(unsigned int* width, unsigned int* height);
 /// wa_gui_screen_size() as one value.
 Size wa_work_area();
 
-/// Has the destruction of `window`, a GtkWindow, end the main loop of the window's run.
+/// Connects wa_destroy_cb() to `window`, a GtkWindow.
 void wa_bridge_prepare_window(void* window);
 
 /// Releases the plug-in that this process loaded.
 void wa_bridge_cleanup();
 
-/// Handler of "destroy" of the window: ends the main loop as long as the window's run lasts.
+/// Handler of "destroy" of the window: ends the main loop while the run of the window lasts.
 void wa_destroy_cb(GtkWidget* widget, void* data) noexcept;
