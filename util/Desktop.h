@@ -31,7 +31,7 @@ bool find_script(
 struct ScriptWait {
     unsigned int first; // before the first poll
     unsigned int between; // after each poll that finds it running
-    int polls;
+    int polls; // at most
 };
 
 /// Runs the script at `path` without arguments and waits for it.
