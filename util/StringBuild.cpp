@@ -18,8 +18,8 @@ char* copied(const char* s, std::size_t length)
     return text;
 }
 
-/// Units of an array for `n` characters and a terminator. Counts beyond every array's size, whose
-/// sum would wrap, ask for the largest array, for which there is no memory either.
+/// Units of an array for `n` characters and a terminator. For a count that no array can have, and
+/// whose sum might wrap, it gives the size of the largest array, which no memory can hold either.
 std::size_t bounded_capacity(std::size_t n)
 {
     return std::min<std::size_t>(n, PTRDIFF_MAX - 1) + 1;
