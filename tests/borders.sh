@@ -12,7 +12,8 @@ expect() { # expect ROOM 'ALLOWED...' 'FORBIDDEN...'
     for header in $3; do compiles "$1" "$header" && { echo "$1 can include $header"; failed=1; }; done
 }
 
-compiler=$1 roots=$2
+compiler=$1 roots=$(realpath "$2")
+cd / || exit 
 util=util/StringUtil.h process=process/Trace.h plugin=plugin/plugin.h
 bridge=bridge/PluginValues.h webapp=webapp/Geometry.h host=host/Graphics.h
 expect util "$util" "$process $plugin $bridge $webapp $host"
