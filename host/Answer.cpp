@@ -113,7 +113,7 @@ int report_failure(DialogEnd end)
 
 /// Runs the dialog and prints the answer that it leaves in `file`, in which nothing stays of a
 /// dialog that did not end well.
-int print_answer_in(char* file, int argc, char** argv, Dialog dialog)
+int print_answer_in(char* file, int argc, char** argv, DialogMain dialog)
 {
     const DialogEnd end = run_dialog(argc, argv, file, dialog);
     if (end.request == 0 && end.killed == 0 && end.status == 0) {
@@ -154,7 +154,7 @@ char* prepare_file(char** words, char**& end, char (&memory)[64])
 
 } // namespace
 
-int print_answer(int argc, char** argv, Dialog dialog)
+int print_answer(int argc, char** argv, DialogMain dialog)
 {
     const std::size_t room = static_cast<std::size_t>(argc) + 5;
     auto** words = static_cast<char**>(std::calloc(room, sizeof(char*)));

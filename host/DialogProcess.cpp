@@ -18,7 +18,7 @@ namespace {
 /// Milliseconds between asking a dialog to end and ending it.
 constexpr int kGrace = 2000;
 
-struct Run {
+struct RunningDialog {
     const char* file;
     pid_t dialog; // the process that the dialog is in
     DialogEnd end;
@@ -49,7 +49,7 @@ int watched_output()
 }
 
 [[noreturn]] void become_dialog(
-    int argc, char** argv, Dialog dialog, pid_t parent, const sigset_t& mask)
+    int argc, char** argv, DialogMain dialog, pid_t parent, const sigset_t& mask)
 {
     sigprocmask(SIG_SETMASK, &mask, nullptr);
     // Nobody would take the answer of a dialog that outlives its caller.
@@ -103,7 +103,7 @@ pid_t restarted_dialog()
 
 /// Takes note of every child that has ended. True when the dialog is over: it failed, the answer
 /// is there, or it has not been restarted.
-bool is_over(Run& run)
+bool is_over(RunningDialog& run)
 {
     bool gone = false;
     int ended = 0;
@@ -129,14 +129,14 @@ bool is_over(Run& run)
     return run.dialog == 0;
 }
 
-void ask_to_end(Run& run, int request, int signal)
+void ask_to_end(RunningDialog& run, int request, int signal)
 {
     run.end.request = request;
     kill(run.dialog, signal);
 }
 
 /// Waits until the dialog is over; `signals` is a descriptor for those awaited.
-void wait_for(Run& run, int signals)
+void wait_for(RunningDialog& run, int signals)
 {
     pollfd sources[] = {{signals, POLLIN, 0}, {watched_output(), 0, 0}};
     for (bool over = false; !over;) {
@@ -163,9 +163,9 @@ void wait_for(Run& run, int signals)
 
 } // namespace
 
-DialogEnd run_dialog(int argc, char** argv, const char* file, Dialog dialog)
+DialogEnd run_dialog(int argc, char** argv, const char* file, DialogMain dialog)
 {
-    Run run = {file, 0, {0, 0, 0}};
+    RunningDialog run = {file, 0, {0, 0, 0}};
     const sigset_t awaited = awaited_signals();
     const int signals = signalfd(-1, &awaited, SFD_CLOEXEC);
     const pid_t parent = getpid();

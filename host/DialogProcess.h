@@ -14,7 +14,7 @@ struct DialogEnd {
 /// it is gone. A child that ended well and left `file` missing or empty has restarted the program:
 /// then the process in which it goes on is waited for as well. Signals do what they did before
 /// when it returns.
-DialogEnd run_dialog(int argc, char** argv, const char* file, Dialog dialog);
+DialogEnd run_dialog(int argc, char** argv, const char* file, DialogMain dialog);
 
 /// Lets the signal end this process; returns where it cannot.
 void end_by(int signal);

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Of the memory that both processes see: the text of the step, and then the findings.
+/// Bytes of the shared memory: first the text of the step, then the findings.
 constexpr std::size_t kStepCapacity = 256;
 constexpr std::size_t kMemory = std::size_t {1} << 27U;
 
@@ -27,21 +27,22 @@ constexpr char kEnd[] = "the end of the process (finalising, or static objects)"
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-[[noreturn]] void run_child(Step& step, const std::function<void(Step&, Report&)>& work)
+[[noreturn]] void run_child(
+    ChildProgress& progress, const std::function<void(ChildProgress&, Report&)>& work)
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     setpgid(0, 0);
     const rlimit noCore = {};
     setrlimit(RLIMIT_CORE, &noCore);
     dup2(STDERR_FILENO, STDOUT_FILENO);
-    Report report(step.findings());
-    work(step, report);
-    step.begin(kEnd);
+    Report report(progress.findings());
+    work(progress, report);
+    progress.begin(kEnd);
     std::exit(0); // NOLINT(concurrency-mt-unsafe): what plug-ins do at exit is part of the work
 }
 
-/// How the child ended, the empty string when all is well.
-std::string end_of(pid_t child, unsigned int seconds, const Step& step)
+/// How the child ended; empty when it ended by exit(0) after its work.
+std::string end_of(pid_t child, unsigned int seconds, const ChildProgress& progress)
 {
     // The C library's header for this call is not one for C++ everywhere.
     const auto descriptor = static_cast<int>(syscall(SYS_pidfd_open, child, 0));
@@ -56,7 +57,7 @@ std::string end_of(pid_t child, unsigned int seconds, const Step& step)
     }
     int status = 0;
     waitpid(child, &status, 0);
-    const std::string where = " in " + step.current();
+    const std::string where = " in " + progress.current();
     if (ready == 0) {
         return "did not return within " + std::to_string(seconds) + " s" + where;
     }
@@ -64,7 +65,7 @@ std::string end_of(pid_t child, unsigned int seconds, const Step& step)
         const int number = WTERMSIG(status);
         return "signal " + std::to_string(number) + " (" + strsignal(number) + ")" + where;
     }
-    if (WEXITSTATUS(status) != 0 || step.current() != kEnd) {
+    if (WEXITSTATUS(status) != 0 || progress.current() != kEnd) {
         return "ended the process with status " + std::to_string(WEXITSTATUS(status)) + where;
     }
     return "";
@@ -72,7 +73,7 @@ std::string end_of(pid_t child, unsigned int seconds, const Step& step)
 
 } // namespace
 
-Step::Step()
+ChildProgress::ChildProgress()
     : m_memory(static_cast<char*>(mmap(nullptr, kMemory, PROT_READ | PROT_WRITE,
         MAP_SHARED | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0)))
 {
@@ -82,39 +83,39 @@ Step::Step()
     begin("the start of the process");
 }
 
-Step::~Step()
+ChildProgress::~ChildProgress()
 {
     munmap(m_memory, kMemory);
 }
 
-void Step::begin(const std::string& what)
+void ChildProgress::begin(const std::string& step)
 {
-    std::snprintf(m_memory, kStepCapacity, "%s", what.c_str());
+    std::snprintf(m_memory, kStepCapacity, "%s", step.c_str());
 }
 
-std::string Step::current() const
+std::string ChildProgress::current() const
 {
     return {m_memory, strnlen(m_memory, kStepCapacity)};
 }
 
-std::span<char> Step::findings() const
+std::span<char> ChildProgress::findings() const
 {
     return {m_memory + kStepCapacity, kMemory - kStepCapacity};
 }
 
 std::string run_in_child(
-    unsigned int seconds, Report& report, const std::function<void(Step&, Report&)>& work)
+    unsigned int seconds, Report& report, const std::function<void(ChildProgress&, Report&)>& work)
 {
-    Step step;
+    ChildProgress progress;
     std::fflush(nullptr);
     const pid_t child = fork();
     if (child == 0) {
-        run_child(step, work);
+        run_child(progress, work);
     }
     if (child < 0) {
         fail("fork");
     }
-    std::string end = end_of(child, seconds, step);
-    report.add_copy(step.findings());
+    std::string end = end_of(child, seconds, progress);
+    report.add_copy(progress.findings());
     return end;
 }

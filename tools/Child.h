@@ -1,5 +1,5 @@
-// Child.h: work with foreign code in a process of its own, so that a crash or a hang is something
-// to report and not the end of the tool.
+// Child.h: runs foreign code in a child process, so that a crash or a hang becomes a finding and
+// does not end the tool.
 #pragma once
 
 #include "tools/Report.h"
@@ -8,30 +8,33 @@
 #include <span>
 #include <string>
 
-/// What the child is doing and has found, in memory that both processes see: foreign code may close
-/// any descriptor.
-class Step {
+/// What the child is doing and has found, in shared memory: foreign code may close any descriptor,
+/// that of a pipe too.
+class ChildProgress {
 public:
-    Step();
-    ~Step();
-    Step(const Step&) = delete;
-    Step& operator=(const Step&) = delete;
+    ChildProgress();
+    ~ChildProgress();
+    ChildProgress(const ChildProgress&) = delete;
+    ChildProgress& operator=(const ChildProgress&) = delete;
 
-    /// Called in the child before each thing that may not return.
-    void begin(const std::string& what);
+    /// Names the step that the child begins; called before each one that may not return.
+    void begin(const std::string& step);
 
+    /// The step begun last.
     std::string current() const;
 
-    /// Zeroes, for the copy of the report.
+    /// Memory for the copy of the report, zeroes at first.
     std::span<char> findings() const;
 
 private:
     char* m_memory;
 };
 
-/// Runs `work` in a child process that ends by exit(), and adds to `report` what it reported until
-/// then. Its standard output goes to standard error, and it leads a process group of its own, so
-/// that it signals and leaves behind nobody else. Returns the empty string, or how it ended
-/// instead and in which step: by a signal, with a status of its own, or not within `seconds`.
+/// Runs `work` in a child process that ends by exit(), and adds the findings of the child to
+/// `report`. The child's standard output goes to standard error. The child leads a process group of
+/// its own, so that a signal to its group reaches no other process, and a child that hangs is
+/// killed with its group.
+/// Returns the empty string when the child ended by exit(0) after `work`; else how it ended and in
+/// which step: by a signal, with a status of its own, or not within `seconds`.
 std::string run_in_child(
-    unsigned int seconds, Report& report, const std::function<void(Step&, Report&)>& work);
+    unsigned int seconds, Report& report, const std::function<void(ChildProgress&, Report&)>& work);

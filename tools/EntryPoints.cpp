@@ -21,13 +21,13 @@ struct EntrySet {
 };
 
 void look_up(
-    EntrySet& set, void* library, const link_map& plugin, const void* product, Report& report)
+    EntrySet& set, void* library, const link_map& plugin, const void* ownModule, Report& report)
 {
     for (const char* operation : kOperations) {
         const std::string name = set.prefix + std::string(operation);
         const void* symbol = dlsym(library, name.c_str());
         const Dl_info module = module_of(symbol);
-        if (symbol == nullptr || module.dli_fbase == product) {
+        if (symbol == nullptr || module.dli_fbase == ownModule) {
             set.missing += (set.missing.empty() ? "" : ", ") + name;
             continue;
         }
@@ -46,14 +46,13 @@ bool is_complete(const EntrySet& set)
 void report_on(const EntrySet& set, bool bound, const EntrySet& other, Report& report)
 {
     if (is_complete(set) && bound) {
-        report.ok(set.title, "complete; the product binds it");
+        report.ok(set.title, "complete; Tovik binds it");
     } else if (is_complete(set)) {
         report.note(set.title, "complete, but never used beside the newer set");
     } else if (set.found > 0) {
         report.wrong(set.title,
             "incomplete: " + set.missing + " missing"
-                + (is_complete(other) ? std::string("; the product binds the ") + other.title
-                                      : ""));
+                + (is_complete(other) ? std::string("; Tovik binds the ") + other.title : ""));
     }
 }
 
@@ -71,7 +70,7 @@ bool is_symbolic(const link_map& plugin)
 } // namespace
 
 const char* examine_entry_points(
-    const std::string& path, const void* productFunction, Report& report)
+    const std::string& path, const void* libraryFunction, Report& report)
 {
     const OwnedLibrary library(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
     link_map* plugin = nullptr;
@@ -79,17 +78,17 @@ const char* examine_entry_points(
         report.wrong("load", dlerror());
         return nullptr;
     }
-    const void* product = module_of(productFunction).dli_fbase;
+    const void* ownModule = module_of(libraryFunction).dli_fbase;
     EntrySet newer = {"newer set", "Plg"};
     EntrySet older = {"older set", "P_"};
-    look_up(newer, library.get(), *plugin, product, report);
-    look_up(older, library.get(), *plugin, product, report);
+    look_up(newer, library.get(), *plugin, ownModule, report);
+    look_up(older, library.get(), *plugin, ownModule, report);
     report_on(newer, true, older, report);
     report_on(older, !is_complete(newer), newer, report);
 
-    if (module_of(dlsym(library.get(), "P_Available")).dli_fbase == product) {
+    if (module_of(dlsym(library.get(), "P_Available")).dli_fbase == ownModule) {
         report.wrong("linked",
-            "is linked to the product's library, whose functions of the older "
+            "is linked to Tovik's library, whose functions of the older "
             "set count as missing here; leave that library out");
     }
     if (!is_symbolic(*plugin)) {
@@ -98,7 +97,7 @@ const char* examine_entry_points(
     if (!is_complete(newer) && !is_complete(older)) {
         report.wrong("entry points",
             "neither set is complete (newer: " + newer.missing + " missing; older: " + older.missing
-                + " missing); the product has no plug-in");
+                + " missing); Tovik binds neither");
         return nullptr;
     }
     return is_complete(newer) ? newer.prefix : older.prefix;

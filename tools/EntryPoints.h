@@ -1,4 +1,4 @@
-// EntryPoints.h: which entry points a plug-in library has, looked up as the product does it.
+// EntryPoints.h: which entry points a plug-in library has, looked up as the library does it.
 #pragma once
 
 #include "tools/Report.h"
@@ -14,8 +14,8 @@ inline constexpr const char* kOperations[]
     = {"Initialize", "Finalize", "SetProperty", "GetProperty", "EnumProperty", "Invoke"};
 
 /// Reports on both sets of the library at `path`, which the process can load. Returns the prefix
-/// of the set that the product binds, "Plg" or "P_", or null when neither is complete.
-/// productFunction  address of a function of the product's library, whose functions count as
-///                  missing in a plug-in
+/// of the set that the library binds, "Plg" or "P_", or null when neither is complete.
+/// libraryFunction  address of a function of the library, whose functions count as missing in a
+///                  plug-in
 const char* examine_entry_points(
-    const std::string& path, const void* productFunction, Report& report);
+    const std::string& path, const void* libraryFunction, Report& report);

@@ -56,7 +56,7 @@ bool is_control(unsigned long value)
         [value](const auto& range) { return value >= range.first && value <= range.second; });
 }
 
-std::string escaped(std::string_view bytes)
+std::string escaped_bytes(std::string_view bytes)
 {
     std::string text;
     for (const char byte : bytes) {
@@ -88,7 +88,7 @@ std::string json_member(std::string_view name, std::string_view value)
 
 void Report::add(Level level, std::string_view subject, std::string_view text)
 {
-    m_findings.push_back({level, printable(subject), printable(text)});
+    m_findings.push_back({level, escaped(subject), escaped(text)});
     const Finding& made = m_findings.back();
     std::string record(1, static_cast<char>(level));
     record += made.subject + '\0' + made.text + '\0';
@@ -142,7 +142,7 @@ std::string Report::json(std::string_view name, std::string_view value) const
         list += json_member("text", finding.text) + "}";
     }
     std::string object = "{";
-    object += json_member(name, printable(value)) + ", \"wrong\": ";
+    object += json_member(name, escaped(value)) + ", \"wrong\": ";
     object += any_wrong() ? "true" : "false";
     return object + ", \"findings\": [" + list + "\n]}\n";
 }
@@ -164,7 +164,7 @@ bool is_utf8(std::string_view text)
     return true;
 }
 
-std::string printable(std::string_view text)
+std::string escaped(std::string_view text)
 {
     const std::size_t whole = text.size();
     std::string shown;
@@ -172,7 +172,7 @@ std::string printable(std::string_view text)
         const Character character = first_character(text);
         const std::string_view bytes = text.substr(0, std::max<std::size_t>(character.length, 1));
         if (character.length == 0 || is_control(character.value)) {
-            shown += escaped(bytes);
+            shown += escaped_bytes(bytes);
         } else {
             shown += bytes;
         }

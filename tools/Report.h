@@ -59,4 +59,4 @@ bool is_utf8(std::string_view text);
 
 /// The text on one line, safe for a terminal: control characters, those that break lines or turn
 /// the direction of text, and bytes that are not UTF-8 as \xNN, and cut off where it grows long.
-std::string printable(std::string_view text);
+std::string escaped(std::string_view text);

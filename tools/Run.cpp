@@ -45,7 +45,7 @@ void examine_options(const Run& run, Report& report)
         shown += (shown.empty() ? "\"" : ", \"") + word + "\"";
         const Option* known = option_named(word);
         if (known == nullptr && word.starts_with('-')) {
-            report.note("options", word + " is no option of the product; it is passed over");
+            report.note("options", word + " is no option of tovik; it is ignored");
         } else if (known != nullptr && known->scope == OptionScope::host && i < g_ARGC) {
             report.wrong("options", word + " shows a text and no window; leave it out");
         }
@@ -53,7 +53,8 @@ void examine_options(const Run& run, Report& report)
     report.ok("options", shown.empty() ? "none" : shown);
 }
 
-/// The product takes a value that is no number for 0, and passes over a path that is too long.
+/// Reports values that the library reads as 0 because they are no numbers, and paths that it
+/// ignores because they are too long.
 void examine_values(const Run& run, Report& report)
 {
     for (const Option& option : kOptions) {
@@ -215,7 +216,7 @@ void examine_icon(const ShellOptions& options, Report& report)
     }
 }
 
-/// Where the answer goes: the product passes over a file that it cannot write, without a word.
+/// Where the answer goes. The library ignores a file that it cannot write and says nothing.
 void examine_store(const Run& run, Report& report)
 {
     std::error_code none;

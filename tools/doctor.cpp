@@ -2,8 +2,8 @@
 //
 // The library takes the program's place from the first word of the process's command line, so the
 // doctor executes itself anew with the product's program as that word; which library it speaks for
-// is in CallRecorder.h. It is an executable alone: a library of its own in lib/ would be one more
-// that WebKit opens in every web process.
+// is in CallRecorder.h. It is an executable alone: a library of its own in lib/ would be one more that
+// WebKit opens in every web process.
 #include "tools/Doctor.h"
 #include "process/ProcessState.h"
 #include "tools/CallRecorder.h"
@@ -62,8 +62,8 @@ int examine(const std::string& program, bool prints)
     examine_installation(program, report);
     examine_plugin_files(report);
     const std::string end
-        = run_in_child(kPluginSeconds, report, [prints](Step& step, Report& child) {
-              step.begin("the plug-in, while the window's process would use it");
+        = run_in_child(kPluginSeconds, report, [prints](ChildProgress& progress, Report& child) {
+              progress.begin("the plug-in, while the window's process would use it");
               g_CallRecorder.loadsPlugin = true;
               examine_run(prints, child);
           });
@@ -143,7 +143,7 @@ int main(int argc, char** argv)
         g_Verbose = kNoTrace;
         return examine(arguments[0], prints);
     } catch (const std::exception& failure) {
-        std::fprintf(stderr, "tovik-doctor: %s\n", printable(failure.what()).c_str());
+        std::fprintf(stderr, "tovik-doctor: %s\n", escaped(failure.what()).c_str());
         return kCannotTell;
     }
 }

@@ -1,8 +1,8 @@
-// The executable `tovik-plugin-check`: tells the author of a plug-in what the product will make of
-// it. The plug-in runs in a child process, by the functions that the product's library exports.
+// The executable `tovik-plugin-check`: tells the author of a plug-in how Tovik will use it. The
+// plug-in runs in a child process and is called through the functions that the library exports.
 #include "tools/Child.h"
 #include "tools/ElfFile.h"
-#include "tools/PluginCheck.h"
+#include "tools/PluginExamination.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -16,9 +16,11 @@ constexpr int kCannotCheck = 2;
 
 constexpr char kUsage[] = R"(Usage: tovik-plugin-check PLUGIN.so [--json] [--limit SECONDS]
 
-Loads a plug-in as the product does and says what the product takes from it; calls it with hostile
-texts, finalises it, and loads it again. It runs in a process of its own, for 20 seconds at most
-unless --limit says otherwise.
+Loads a plug-in as Tovik does, prints the values that Tovik reads from it, calls it with hostile
+texts, finalises it and loads it twice more. The plug-in runs in a process of its own.
+
+  --json           print one JSON object
+  --limit SECONDS  end the process after this time, 1 to 3600 (default 20)
 
 Exit status: 0 nothing is wrong; 1 something is; 2 it could not be checked.
 )";
@@ -46,13 +48,13 @@ bool read_options(int argc, char** argv, Options& options)
 }
 
 /// The library in the installation that this program is part of.
-std::string product_library()
+std::string library_of_installation()
 {
     const std::filesystem::path own = std::filesystem::read_symlink("/proc/self/exe");
     return own.parent_path().parent_path() / "lib/libtovikgui.so";
 }
 
-void examine(const Options& options, const Product& product, Report& report)
+void examine(const Options& options, const LibraryFunctions& functions, Report& report)
 {
     const std::string plugin = std::filesystem::canonical(options.plugin);
     const std::string fault = elf_fault(plugin);
@@ -60,8 +62,10 @@ void examine(const Options& options, const Product& product, Report& report)
         report.wrong("file", plugin + " " + fault);
         return;
     }
-    const std::string end = run_in_child(options.limit, report,
-        [&](Step& step, Report& childReport) { check_plugin(product, plugin, step, childReport); });
+    const std::string end
+        = run_in_child(options.limit, report, [&](ChildProgress& progress, Report& childReport) {
+              examine_plugin(functions, plugin, progress, childReport);
+          });
     if (!end.empty()) {
         report.wrong(end.starts_with("did not return") ? "hang" : "crash", end);
     }
@@ -69,26 +73,26 @@ void examine(const Options& options, const Product& product, Report& report)
 
 int cannot_check(const std::string& why)
 {
-    std::fprintf(stderr, "tovik-plugin-check: %s\n", printable(why).c_str());
+    std::fprintf(stderr, "tovik-plugin-check: %s\n", escaped(why).c_str());
     return kCannotCheck;
 }
 
 int run(const Options& options)
 {
-    const std::string library = product_library();
+    const std::string library = library_of_installation();
     if (!std::filesystem::exists(library)) {
-        return cannot_check("the product's library is missing: " + library);
+        return cannot_check("Tovik's library is missing: " + library);
     }
     if (!std::filesystem::exists(options.plugin)) {
         return cannot_check("there is no file " + options.plugin);
     }
-    Product product = {};
-    const std::string failure = load_product(library, product);
+    LibraryFunctions functions = {};
+    const std::string failure = load_library_functions(library, functions);
     if (!failure.empty()) {
-        return cannot_check("the product's library cannot be loaded: " + failure);
+        return cannot_check("Tovik's library cannot be loaded: " + failure);
     }
     Report report;
-    examine(options, product, report);
+    examine(options, functions, report);
     const std::string text = options.json ? report.json("plugin", options.plugin) : report.plain();
     if (!print(text)) {
         return cannot_check("the findings cannot be written");

@@ -21,7 +21,7 @@ CHECKS = [
     ("fallback", {}, 1, "WRONG newer set: incomplete: PlgInvoke missing"),
     ("failing", {}, 1, "WRONG initialise: the first time: PlgInitialize() fails, twice"),
     ("failing-older", {}, 1, "WRONG initialise: the first time: P_Initialize() fails, twice"),
-    ("linked", {}, 1, "WRONG linked: is linked to the product's library", "WRONG entry"),
+    ("linked", {}, 1, "WRONG linked: is linked to Tovik's library", "WRONG entry"),
     ("newer", {"NULL_COMMAND": "abort"}, 1, "WRONG crash: signal 6 (Aborted) in PlgInvoke(null)"),
     ("older", {"NULL_COMMAND": "throw"}, 1, "WRONG crash: signal 6 (Aborted) in P_Invoke(null)"),
     ("newer", {"NULL_COMMAND": "exit"}, 1, "crash: ended the process with status 0 in PlgInvoke"),

@@ -1,4 +1,4 @@
-#include "tools/PluginCheck.h"
+#include "tools/PluginExamination.h"
 
 #include "bridge/WebBridge.h"
 #include "tools/EntryPoints.h"
@@ -28,12 +28,13 @@ bool lies_in(const char* answer, const char* text)
         && notAfter(answer, text + std::strlen(text));
 }
 
-class Examination {
+class PluginExamination {
 public:
-    Examination(const Product& product, const std::string& path, Step& step, Report& report)
-        : m_product(product)
+    PluginExamination(const LibraryFunctions& functions, const std::string& path,
+        ChildProgress& progress, Report& report)
+        : m_functions(functions)
         , m_path(path)
-        , m_step(step)
+        , m_progress(progress)
         , m_report(report)
     {
     }
@@ -57,23 +58,22 @@ private:
     void call_with(const HostileText& hostile);
     void call_with_hostile_texts();
 
-    const Product& m_product;
+    const LibraryFunctions& m_functions;
     const std::string& m_path;
-    Step& m_step;
+    ChildProgress& m_progress;
     Report& m_report;
     std::string m_prefix;
     void* m_plugin = nullptr;
 };
 
-/// Loads and initialises as the product does in its web process.
-bool Examination::load(const char* when)
+/// Loads and initialises the plug-in as the web process does.
+bool PluginExamination::load(const char* when)
 {
-    m_step.begin(std::string("loading the library, ") + when);
-    if (m_product.available(m_path.c_str()) == nullptr) {
+    m_progress.begin(std::string("loading the library, ") + when);
+    if (m_functions.available(m_path.c_str()) == nullptr) {
         const char* reason = dlerror();
         m_report.wrong("load",
-            std::string(when) + ": "
-                + (reason == nullptr ? "the product takes no plug-in from it" : reason));
+            std::string(when) + ": " + (reason == nullptr ? "Tovik does not accept it" : reason));
         return false;
     }
     const std::filesystem::path file(m_path);
@@ -81,11 +81,11 @@ bool Examination::load(const char* when)
     const std::string stem = file.stem();
     config.replace_filename(stem.substr(stem.starts_with("lib") ? 3 : 0) + ".conf");
     const bool hasConfig = std::filesystem::exists(config);
-    // A failure may be a passing one, and the product tries again at the next call of a page.
+    // A failure may pass: the library tries again at the next call of a page.
     for (int attempt = 0; attempt < 2; ++attempt) {
-        m_step.begin(call("Initialize", when));
-        m_plugin
-            = m_product.initialize(nullptr, hasConfig ? config.c_str() : nullptr, nullptr, nullptr);
+        m_progress.begin(call("Initialize", when));
+        m_plugin = m_functions.initialize(
+            nullptr, hasConfig ? config.c_str() : nullptr, nullptr, nullptr);
         if (m_plugin != nullptr) {
             return true;
         }
@@ -100,9 +100,9 @@ bool Examination::load(const char* when)
     return false;
 }
 
-/// Whether the newer initialise entry does so, called directly: the product keeps to itself what
-/// was stored.
-bool Examination::stores_on_failure()
+/// Whether the newer initialise entry does so, called directly, because the library does not
+/// tell what was stored.
+bool PluginExamination::stores_on_failure()
 {
     using NewerInitialize = void*(void*, void*, void*, void*, void** instance);
     const OwnedLibrary library(dlopen(m_path.c_str(), RTLD_NOW | RTLD_LOCAL));
@@ -116,17 +116,17 @@ bool Examination::stores_on_failure()
     return result == nullptr && instance != nullptr;
 }
 
-void Examination::finalize()
+void PluginExamination::finalize()
 {
-    m_step.begin(call("Finalize"));
-    m_product.finalize(m_plugin);
+    m_progress.begin(call("Finalize"));
+    m_functions.finalize(m_plugin);
     m_plugin = nullptr;
 }
 
-std::string Examination::read_property(const char* name)
+std::string PluginExamination::read_property(const char* name)
 {
-    m_step.begin(call("GetProperty", name));
-    const char* value = m_product.getProperty(m_plugin, name);
+    m_progress.begin(call("GetProperty", name));
+    const char* value = m_functions.getProperty(m_plugin, name);
     std::string text = value == nullptr ? "" : value;
     m_report.ok(name, text.empty() ? "none" : text);
     if (!is_utf8(text)) {
@@ -135,12 +135,12 @@ std::string Examination::read_property(const char* name)
     return text;
 }
 
-void Examination::read_user_agent()
+void PluginExamination::read_user_agent()
 {
     const std::string agent = read_property("UserAgentId");
     const std::string product = read_property("ProductInfo");
     const std::string machine = read_property("MachineInfo");
-    m_step.begin("reading the user agent");
+    m_progress.begin("reading the user agent");
     char info[kUserAgentInfoCapacity];
     if (!wa_client_info(info, sizeof info / 2) && !agent.empty()) {
         m_report.wrong("UserAgentId", "is left out: longer than 31 bytes");
@@ -155,10 +155,10 @@ void Examination::read_user_agent()
     examine_user_agent("", m_report);
 }
 
-void Examination::read_default_options()
+void PluginExamination::read_default_options()
 {
     read_property("ConfigGlobal:Command:App");
-    m_step.begin("reading the default options");
+    m_progress.begin("reading the default options");
     int count = 0;
     const OwnedList list(wa_load_argument_list(&count));
     std::string shown;
@@ -182,22 +182,23 @@ void Examination::read_default_options()
     }
 }
 
-void Examination::read_values()
+void PluginExamination::read_values()
 {
     const bool newer = m_prefix == "Plg";
     m_report.ok("WorkingDirectory",
         newer ? m_path.substr(0, m_path.rfind('/') + 1) : "none; the older set is given none");
-    read_values_from(m_product, m_plugin);
+    read_values_from(m_functions, m_plugin);
     read_user_agent();
     read_default_options();
 }
 
 /// Reads an answer to its end, which shows a text that is gone already; false when a page would
 /// receive the empty string in its place.
-bool Examination::read_answer(const char* answer, std::initializer_list<const char*> arguments)
+bool PluginExamination::read_answer(
+    const char* answer, std::initializer_list<const char*> arguments)
 {
-    const std::string asked = m_step.current();
-    m_step.begin("reading the answer of " + asked);
+    const std::string asked = m_progress.current();
+    m_progress.begin("reading the answer of " + asked);
     for (const char* text : arguments) {
         if (lies_in(answer, text) && !m_report.has("lifetime")) {
             m_report.note("lifetime",
@@ -207,7 +208,7 @@ bool Examination::read_answer(const char* answer, std::initializer_list<const ch
     return answer == nullptr || is_utf8(answer);
 }
 
-void Examination::call_with(const HostileText& hostile)
+void PluginExamination::call_with(const HostileText& hostile)
 {
     const char* text = hostile.text;
     const std::string name = hostile.name;
@@ -215,23 +216,23 @@ void Examination::call_with(const HostileText& hostile)
     const std::string shown[] = {name + ", \"x\"", "\"x\", " + name, name + ", " + name};
     bool answersAreUtf8 = true;
     for (std::size_t i = 0; i < std::size(pairs); ++i) {
-        m_step.begin(call("SetProperty", shown[i]));
-        m_product.setProperty(m_plugin, pairs[i].first, pairs[i].second);
-        m_step.begin(call("EnumProperty", shown[i]));
+        m_progress.begin(call("SetProperty", shown[i]));
+        m_functions.setProperty(m_plugin, pairs[i].first, pairs[i].second);
+        m_progress.begin(call("EnumProperty", shown[i]));
         answersAreUtf8
-            &= read_answer(m_product.enumProperty(m_plugin, pairs[i].first, pairs[i].second),
+            &= read_answer(m_functions.enumProperty(m_plugin, pairs[i].first, pairs[i].second),
                 {pairs[i].first, pairs[i].second});
     }
-    m_step.begin(call("GetProperty", name));
-    answersAreUtf8 &= read_answer(m_product.getProperty(m_plugin, text), {text});
-    m_step.begin(call("Invoke", name));
-    m_product.invoke(m_plugin, text);
+    m_progress.begin(call("GetProperty", name));
+    answersAreUtf8 &= read_answer(m_functions.getProperty(m_plugin, text), {text});
+    m_progress.begin(call("Invoke", name));
+    m_functions.invoke(m_plugin, text);
     if (!answersAreUtf8 && (text == nullptr || is_utf8(text))) {
         m_report.wrong("answers", "are not UTF-8 where " + name + " is given");
     }
 }
 
-void Examination::call_with_hostile_texts()
+void PluginExamination::call_with_hostile_texts()
 {
     const std::string large(1 << 20, 'x');
     const HostileText texts[] = {{"null", nullptr}, {"the empty text", ""},
@@ -242,18 +243,18 @@ void Examination::call_with_hostile_texts()
     m_report.ok("hostile texts", "null, empty, 1 MiB and invalid UTF-8 are survived by every call");
 }
 
-void Examination::run()
+void PluginExamination::run()
 {
-    m_step.begin("loading the library");
+    m_progress.begin("loading the library");
     if (void* library = dlopen(m_path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
-        m_step.begin("closing the library");
+        m_progress.begin("closing the library");
         dlclose(library);
     } else {
         m_report.wrong("load", dlerror());
         return;
     }
     const char* prefix = examine_entry_points(
-        m_path, reinterpret_cast<const void*>(m_product.available), m_report);
+        m_path, reinterpret_cast<const void*>(m_functions.available), m_report);
     if (prefix == nullptr) {
         return;
     }
@@ -270,8 +271,8 @@ void Examination::run()
     if (!load("the second time")) {
         return;
     }
-    m_step.begin(call("GetProperty", "UserAgentId"));
-    read_answer(m_product.getProperty(m_plugin, "UserAgentId"), {});
+    m_progress.begin(call("GetProperty", "UserAgentId"));
+    read_answer(m_functions.getProperty(m_plugin, "UserAgentId"), {});
     finalize();
     // The third time the process ends with the plug-in loaded.
     if (load("the third time")) {
@@ -291,10 +292,11 @@ std::array<bool, 3> open_streams()
 
 } // namespace
 
-void check_plugin(const Product& product, const std::string& path, Step& step, Report& report)
+void examine_plugin(const LibraryFunctions& functions, const std::string& path,
+    ChildProgress& progress, Report& report)
 {
     const std::array<bool, 3> open = open_streams();
-    Examination(product, path, step, report).run();
+    PluginExamination(functions, path, progress, report).run();
     if (open_streams() != open) {
         report.wrong("streams", "closes the standard input, output or error of the process");
     }

@@ -1,0 +1,9 @@
+// PluginExamination.h: calls a plug-in as the library does, and then with hostile texts.
+#pragma once
+
+#include "tools/Child.h"
+#include "tools/LibraryFunctions.h"
+
+/// Reports on the plug-in library at `path`, a canonical one. Foreign code runs in this process.
+void examine_plugin(const LibraryFunctions& functions, const std::string& path,
+    ChildProgress& progress, Report& report);
