@@ -4,6 +4,7 @@
 #include "host/Answer.h"
 #include "host/Engine.h"
 #include "host/Graphics.h"
+#include "host/ProductLayout.h"
 #include "host/Texts.h"
 
 #include <algorithm>
@@ -54,16 +55,15 @@ bool find_program()
     return length > 0 && *g_Program == '/';
 }
 
-/// Derives the path of the library, /.../lib/libNAMEgui.so, from that of this program,
-/// /.../bin/NAME: a product of another brand has both under its own name.
+/// Derives the path of the library from that of this program: a product of another brand has both
+/// under its own name.
 bool find_library()
 {
     const std::string_view program = g_Program;
-    const std::size_t directory = program.rfind('/', program.rfind('/') - 1);
-    return program.rfind('/') > 0
-        && std::snprintf(g_Library, sizeof g_Library, "%.*s/lib/lib%sgui.so",
-               static_cast<int>(directory), g_Program, program_name())
-        < PATH_MAX;
+    const std::size_t lastSlash = program.rfind('/');
+    return lastSlash > 0
+        && store_library_path(
+            g_Library, program.substr(0, program.rfind('/', lastSlash - 1)), program_name());
 }
 
 /// The path from which the library would derive another directory than that of this program, or

@@ -1,5 +1,6 @@
 // What surrounds a run: the engine, its environment, the graphics driver.
 #include "host/Graphics.h"
+#include "host/ProductLayout.h"
 #include "process/ProcessState.h"
 #include "tools/CallRecorder.h"
 #include "tools/Doctor.h"
@@ -25,8 +26,9 @@ bool is_on(const char* variable)
 void examine_surroundings(Report& report)
 {
     const std::string host = fs::path(g_ARGV[0]).filename();
-    if (fs::path(g_CallRecorder.module).filename() == "lib" + host + "gui.so") {
-        avoid_blank_window(kNvidiaModuleFile); // as a host of that name does for its own process
+    const std::string library = fs::path(g_CallRecorder.module).filename();
+    if (program_of_library(library) == host) {
+        avoid_blank_window(kNvidiaModuleFile); // as the host of this name does for its own process
     }
     report.ok("WebKitGTK",
         std::to_string(webkit_get_major_version()) + "."

@@ -5,9 +5,11 @@
 // is in CallRecorder.h. It is an executable alone: a library of its own in lib/ would be one more that
 // WebKit opens in every web process.
 #include "tools/Doctor.h"
+#include "host/ProductLayout.h"
 #include "process/ProcessState.h"
 #include "tools/CallRecorder.h"
 #include "tools/Child.h"
+#include "tools/OwnLibrary.h"
 #include "util/Utility.h"
 #include "webapp/Options.h"
 
@@ -45,14 +47,13 @@ int usage_error(const char* word)
     return kCannotTell;
 }
 
-/// Program beside the library's directory that loads the library of this name, lib<name>gui.so.
+/// Program that loads this library; named after the library's stem when its file name is not of the
+/// form that a host loads.
 fs::path program_of(const fs::path& library)
 {
-    std::string name = library.stem();
-    if (name.starts_with("lib") && name.ends_with("gui")) {
-        name = name.substr(3, name.size() - 6);
-    }
-    return library.parent_path().parent_path() / "bin" / name;
+    const std::string file = library.filename();
+    const std::string stem = library.stem();
+    return library.parent_path().parent_path() / "bin" / program_of_library(file).value_or(stem);
 }
 
 /// Examines the installation for the process arguments.
@@ -98,8 +99,7 @@ int start_anew(const std::string& library, std::string program, char** options)
 
 int run(int argc, char** argv)
 {
-    const fs::path root = fs::read_symlink("/proc/self/exe").parent_path().parent_path();
-    fs::path library = root / "lib/libtovikgui.so";
+    fs::path library = own_library();
     fs::path program;
     int next = 1;
     for (; next < argc && std::strncmp(argv[next], "--", 2) == 0; next += 2) {

@@ -2,6 +2,7 @@
 // plug-in runs in a child process and is called through the functions that the library exports.
 #include "tools/Child.h"
 #include "tools/ElfFile.h"
+#include "tools/OwnLibrary.h"
 #include "tools/PluginExamination.h"
 
 #include <cstdio>
@@ -47,13 +48,6 @@ bool read_options(int argc, char** argv, Options& options)
     return !options.plugin.empty() && options.limit > 0 && options.limit <= 3600;
 }
 
-/// The library in the installation that this program is part of.
-std::string library_of_installation()
-{
-    const std::filesystem::path own = std::filesystem::read_symlink("/proc/self/exe");
-    return own.parent_path().parent_path() / "lib/libtovikgui.so";
-}
-
 void examine(const Options& options, const LibraryFunctions& functions, Report& report)
 {
     const std::string plugin = std::filesystem::canonical(options.plugin);
@@ -79,7 +73,7 @@ int cannot_check(const std::string& why)
 
 int run(const Options& options)
 {
-    const std::string library = library_of_installation();
+    const std::string library = own_library();
     if (!std::filesystem::exists(library)) {
         return cannot_check("Tovik's library is missing: " + library);
     }
