@@ -14,13 +14,16 @@ using Segment = ElfW(Phdr);
 using Section = ElfW(Shdr);
 using Symbol = ElfW(Sym);
 
+constexpr char kCut[] = "is cut off: parts that it announces lie after its end";
+
 template <typename Record> bool read_at(std::ifstream& file, std::uint64_t offset, Record& record)
 {
     file.seekg(static_cast<std::streamoff>(offset));
     return bool(file.read(reinterpret_cast<char*>(&record), sizeof record));
 }
 
-/// Whether a file of this size has `length` bytes at `offset`, of which the sum may wrap around.
+/// Whether a file of this size has `length` bytes at `offset`; correct also where their sum would
+/// wrap around.
 bool holds(std::uint64_t size, std::uint64_t offset, std::uint64_t length)
 {
     return offset <= size && length <= size - offset;
@@ -36,7 +39,9 @@ bool is_of_this_machine(const Header& header)
         && header.e_ident[EI_DATA] == own.e_ident[EI_DATA];
 }
 
-bool read_head(std::ifstream& file, const Header& header, std::uint64_t index, Section& section)
+/// Reads the section header of this index.
+bool read_section_header(
+    std::ifstream& file, const Header& header, std::uint64_t index, Section& section)
 {
     return read_at(file, header.e_shoff + index * header.e_shentsize, section);
 }
@@ -53,7 +58,7 @@ std::string content_of(std::ifstream& file, std::uint64_t size, const Section& s
     return content;
 }
 
-/// Whether a symbol of this name, which is one of the texts in `names`, is defined.
+/// Whether one of the symbols is defined and has this name; `names` is their string table.
 bool defines(std::string_view symbols, std::string_view names, const std::string& name)
 {
     const std::string_view whole(name.c_str(), name.size() + 1);
@@ -68,6 +73,36 @@ bool defines(std::string_view symbols, std::string_view names, const std::string
     return false;
 }
 
+/// What in the header keeps the file from being a library of this machine; empty when nothing does.
+/// whole  whether the file holds the whole header; else the rest of it is zeroes
+std::string header_fault(const Header& header, bool whole)
+{
+    if (std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0) {
+        return "is not a library (no ELF file)";
+    }
+    if (!whole) {
+        return kCut;
+    }
+    if (!is_of_this_machine(header)) {
+        return "is of another architecture (ELF machine " + std::to_string(header.e_machine) + ")";
+    }
+    return header.e_type == ET_DYN ? "" : "is an ELF file, but not a shared library";
+}
+
+/// Whether every segment and the section headers lie within the file.
+bool holds_all_parts(std::ifstream& file, std::uint64_t size, const Header& header)
+{
+    for (unsigned int i = 0; i < header.e_phnum; ++i) {
+        Segment segment = {};
+        if (!read_at(file, header.e_phoff + std::uint64_t {i} * header.e_phentsize, segment)
+            || !holds(size, segment.p_offset, segment.p_filesz)) {
+            return false;
+        }
+    }
+    const std::uint64_t sections = std::uint64_t {header.e_shnum} * header.e_shentsize;
+    return holds(size, header.e_shoff, sections);
+}
+
 } // namespace
 
 std::string elf_fault(const std::string& path)
@@ -78,36 +113,16 @@ std::string elf_fault(const std::string& path)
     if (!std::filesystem::is_regular_file(path)) {
         return "is no regular file";
     }
-    const std::uint64_t size = std::filesystem::file_size(path);
     std::ifstream file(path, std::ios::binary);
-    Header header = {};
     if (!file) {
         return "cannot be read";
     }
+    Header header = {};
     const bool whole = read_at(file, 0, header);
-    if (std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0) {
-        return "is not a library (no ELF file)";
-    }
-    constexpr char kCut[] = "is cut off: parts that it announces lie behind its end";
-    if (!whole) {
-        return kCut;
-    }
-    if (!is_of_this_machine(header)) {
-        return "is of another architecture (ELF machine " + std::to_string(header.e_machine) + ")";
-    }
-    if (header.e_type != ET_DYN) {
-        return "is an ELF file, but not a shared library";
-    }
-    file.clear();
-    for (unsigned int i = 0; i < header.e_phnum; ++i) {
-        Segment segment = {};
-        if (!read_at(file, header.e_phoff + std::uint64_t {i} * header.e_phentsize, segment)
-            || !holds(size, segment.p_offset, segment.p_filesz)) {
-            return kCut;
-        }
-    }
-    const std::uint64_t sections = std::uint64_t {header.e_shnum} * header.e_shentsize;
-    return holds(size, header.e_shoff, sections) ? "" : kCut;
+    const std::string fault = header_fault(header, whole);
+    return fault.empty() && !holds_all_parts(file, std::filesystem::file_size(path), header)
+        ? kCut
+        : fault;
 }
 
 bool exports(const std::string& path, const std::string& name)
@@ -122,8 +137,8 @@ bool exports(const std::string& path, const std::string& name)
     for (unsigned int i = 0; i < header.e_shnum; ++i) {
         Section symbols = {};
         Section names = {};
-        if (read_head(file, header, i, symbols) && symbols.sh_type == SHT_DYNSYM
-            && read_head(file, header, symbols.sh_link, names)) {
+        if (read_section_header(file, header, i, symbols) && symbols.sh_type == SHT_DYNSYM
+            && read_section_header(file, header, symbols.sh_link, names)) {
             return defines(content_of(file, size, symbols), content_of(file, size, names), name);
         }
     }

@@ -2,6 +2,8 @@
 
 #include <cstring>
 #include <link.h>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -12,35 +14,51 @@ Dl_info module_of(const void* address)
     return module;
 }
 
-/// One set of entry points, in words.
+/// A plug-in that is loaded.
+struct LoadedPlugin {
+    void* handle;
+    const link_map* map;
+    const void* tovikModule; // base address of Tovik's library
+};
+
+/// One set of entry points of a plug-in.
 struct EntrySet {
     const char* title;
     const char* prefix;
     std::size_t found = 0;
-    std::string missing = {};
+    std::string missing = {}; // names, separated by commas
+    std::vector<std::pair<std::string, std::string>> foreign = {}; // name, and the file it is in
 };
 
-void look_up(
-    EntrySet& set, void* library, const link_map& plugin, const void* ownModule, Report& report)
+EntrySet entry_set(const char* title, const char* prefix, const LoadedPlugin& plugin)
 {
+    EntrySet set = {title, prefix};
     for (const char* operation : kOperations) {
-        const std::string name = set.prefix + std::string(operation);
-        const void* symbol = dlsym(library, name.c_str());
+        const std::string name = prefix + std::string(operation);
+        const void* symbol = dlsym(plugin.handle, name.c_str());
         const Dl_info module = module_of(symbol);
-        if (symbol == nullptr || module.dli_fbase == ownModule) {
+        if (symbol == nullptr || module.dli_fbase == plugin.tovikModule) {
             set.missing += (set.missing.empty() ? "" : ", ") + name;
             continue;
         }
         ++set.found;
-        if (std::strcmp(module.dli_fname, plugin.l_name) != 0) {
-            report.note(name, std::string("comes from ") + module.dli_fname);
+        if (std::strcmp(module.dli_fname, plugin.map->l_name) != 0) {
+            set.foreign.emplace_back(name, module.dli_fname);
         }
     }
+    return set;
 }
 
 bool is_complete(const EntrySet& set)
 {
     return set.missing.empty();
+}
+
+void report_foreign(const EntrySet& set, Report& report)
+{
+    for (const auto& [name, file] : set.foreign) {
+        report.note(name, "comes from " + file);
+    }
 }
 
 void report_on(const EntrySet& set, bool bound, const EntrySet& other, Report& report)
@@ -67,33 +85,42 @@ bool is_symbolic(const link_map& plugin)
     return false;
 }
 
+void report_on_linking(const LoadedPlugin& plugin, Report& report)
+{
+    if (module_of(dlsym(plugin.handle, "P_Available")).dli_fbase == plugin.tovikModule) {
+        report.wrong("linked",
+            "is linked to Tovik's library, whose functions of the older "
+            "set count as missing here; leave that library out");
+    }
+    if (!is_symbolic(*plugin.map)) {
+        report.note("link", "without -Wl,-Bsymbolic a call of its own may end in another library");
+    }
+}
+
+void report_on_sets(const EntrySet& newer, const EntrySet& older, Report& report)
+{
+    report_foreign(newer, report);
+    report_foreign(older, report);
+    report_on(newer, true, older, report);
+    report_on(older, !is_complete(newer), newer, report);
+}
+
 } // namespace
 
 const char* examine_entry_points(
     const std::string& path, const void* libraryFunction, Report& report)
 {
     const OwnedLibrary library(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
-    link_map* plugin = nullptr;
-    if (!library || dlinfo(library.get(), RTLD_DI_LINKMAP, static_cast<void*>(&plugin)) != 0) {
+    link_map* map = nullptr;
+    if (!library || dlinfo(library.get(), RTLD_DI_LINKMAP, static_cast<void*>(&map)) != 0) {
         report.wrong("load", dlerror());
         return nullptr;
     }
-    const void* ownModule = module_of(libraryFunction).dli_fbase;
-    EntrySet newer = {"newer set", "Plg"};
-    EntrySet older = {"older set", "P_"};
-    look_up(newer, library.get(), *plugin, ownModule, report);
-    look_up(older, library.get(), *plugin, ownModule, report);
-    report_on(newer, true, older, report);
-    report_on(older, !is_complete(newer), newer, report);
-
-    if (module_of(dlsym(library.get(), "P_Available")).dli_fbase == ownModule) {
-        report.wrong("linked",
-            "is linked to Tovik's library, whose functions of the older "
-            "set count as missing here; leave that library out");
-    }
-    if (!is_symbolic(*plugin)) {
-        report.note("link", "without -Wl,-Bsymbolic a call of its own may end in another library");
-    }
+    const LoadedPlugin plugin = {library.get(), map, module_of(libraryFunction).dli_fbase};
+    const EntrySet newer = entry_set("newer set", "Plg", plugin);
+    const EntrySet older = entry_set("older set", "P_", plugin);
+    report_on_sets(newer, older, report);
+    report_on_linking(plugin, report);
     if (!is_complete(newer) && !is_complete(older)) {
         report.wrong("entry points",
             "neither set is complete (newer: " + newer.missing + " missing; older: " + older.missing
