@@ -16,6 +16,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <getopt.h>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -40,12 +41,6 @@ Exit status: 0 nothing is wrong; 1 something is; 2 it could not be told.
 
 /// Marks the second start, which has the product's program as its first word.
 constexpr char kExamine[] = "--examine";
-
-int usage_error(const char* word)
-{
-    std::fprintf(stderr, "tovik-doctor: %s needs a path; see tovik-doctor --help\n", word);
-    return kCannotTell;
-}
 
 /// Program that loads this library; named after the library's stem when its file name is not of the
 /// form that a host loads.
@@ -97,25 +92,48 @@ int start_anew(const std::string& library, std::string program, char** options)
     return kCannotTell;
 }
 
+/// The product to examine, and where the words that are for its host begin.
+struct Request {
+    fs::path library = own_library();
+    fs::path program; // empty for the one that loads the library
+    int hostWords = 1;
+};
+
+/// Reads the options of this tool, which precede those of the host; false, with a line on standard
+/// error, when one has no value.
+bool read_request(int argc, char** argv, Request& request)
+{
+    constexpr struct option kLongOptions[] = {{"library", required_argument, nullptr, 'l'},
+        {"program", required_argument, nullptr, 'p'}, {}};
+    opterr = 0;
+    for (;;) {
+        // "+" ends the search at the first other word; ":" tells a missing value from such a word.
+        const int found = getopt_long(argc, argv, "+:", kLongOptions, nullptr);
+        const bool hasValue = found == 'l' || found == 'p';
+        if (found == ':' || (hasValue && *optarg == 0)) {
+            std::fprintf(stderr, "tovik-doctor: %s needs a path; see tovik-doctor --help\n",
+                argv[request.hostWords]);
+            return false;
+        }
+        if (!hasValue) {
+            return true;
+        }
+        (found == 'l' ? request.library : request.program)
+            = fs::absolute(optarg).lexically_normal();
+        request.hostWords = optind;
+    }
+}
+
 int run(int argc, char** argv)
 {
-    fs::path library = own_library();
-    fs::path program;
-    int next = 1;
-    for (; next < argc && std::strncmp(argv[next], "--", 2) == 0; next += 2) {
-        const bool names_library = std::strcmp(argv[next], "--library") == 0;
-        if (!names_library && std::strcmp(argv[next], "--program") != 0) {
-            break;
-        }
-        if (next + 1 == argc || *argv[next + 1] == 0) {
-            return usage_error(argv[next]);
-        }
-        (names_library ? library : program) = fs::absolute(argv[next + 1]).lexically_normal();
+    Request request;
+    if (!read_request(argc, argv, request)) {
+        return kCannotTell;
     }
-    if (program.empty()) {
-        program = program_of(library);
+    if (request.program.empty()) {
+        request.program = program_of(request.library);
     }
-    return start_anew(library, program, argv + next);
+    return start_anew(request.library, request.program, argv + request.hostWords);
 }
 
 } // namespace

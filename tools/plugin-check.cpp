@@ -5,10 +5,11 @@
 #include "tools/OwnLibrary.h"
 #include "tools/PluginExamination.h"
 
+#include <charconv>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <getopt.h>
 
 namespace {
 
@@ -32,20 +33,32 @@ struct Options {
     unsigned int limit = 20;
 };
 
+/// Reads a whole decimal number from 1 to 3600; false for any other text.
+bool read_limit(std::string_view text, unsigned int& limit)
+{
+    const char* end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, limit);
+    return error == std::errc() && rest == end && limit > 0 && limit <= 3600;
+}
+
 bool read_options(int argc, char** argv, Options& options)
 {
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--json") == 0) {
+    constexpr option kLongOptions[]
+        = {{"json", no_argument, nullptr, 'j'}, {"limit", required_argument, nullptr, 'l'}, {}};
+    opterr = 0;
+    int found = 0;
+    while ((found = getopt_long(argc, argv, "", kLongOptions, nullptr)) != -1) {
+        if (found == 'j') {
             options.json = true;
-        } else if (std::strcmp(argv[i], "--limit") == 0 && i + 1 < argc) {
-            options.limit = static_cast<unsigned int>(std::strtoul(argv[++i], nullptr, 10));
-        } else if (argv[i][0] == '-' || !options.plugin.empty()) {
+        } else if (found != 'l' || !read_limit(optarg, options.limit)) {
             return false;
-        } else {
-            options.plugin = argv[i];
         }
     }
-    return !options.plugin.empty() && options.limit > 0 && options.limit <= 3600;
+    if (optind + 1 != argc) {
+        return false;
+    }
+    options.plugin = argv[optind];
+    return true;
 }
 
 void examine(const Options& options, const LibraryFunctions& functions, Report& report)

@@ -76,7 +76,8 @@ class Tools(Shell):
             self.assertIn(text, lines)
             answer = json.loads(self.check(path, "--json")[1])
             self.assertEqual((answer["wrong"], answer["findings"][0]["level"]), (True, "WRONG"))
-        for arguments in ((), (self.dir / "none",), ("--wrong",), (path, "--limit", "0")):
+        for arguments in ((), (self.dir / "none",), ("--wrong",), (path, "--limit", "0"),
+                          (path, "--limit", "5abc")):
             status, lines, errors = self.check(*arguments)
             self.assertEqual((status, lines, errors.count("\n")), (2, "", 1), errors)
         lonely = shutil.copy(BUILD / "bin/tovik-plugin-check", self.dir)
