@@ -2,10 +2,12 @@
 
 #include "host/DialogProcess.h"
 #include "host/Library.h"
+#include "util/Owned.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -13,6 +15,9 @@
 #include <unistd.h>
 
 namespace {
+
+/// The words of a command line, which belong to the caller of main(), in a list of our own.
+using OwnedWords = std::unique_ptr<char*[], ReleaseWith<std::free>>;
 
 constexpr int kNoAnswer = 1;
 /// Exit status with which GTK ends a program that has lost its display.
@@ -73,29 +78,46 @@ off_t end_of_output()
     return grows ? end : -1;
 }
 
-/// Copies the answer to standard output and returns the exit status.
-int print_file(const char* path)
+/// Whether the open file holds an answer: a regular file that is not empty.
+bool holds_answer(int file)
 {
-    const int file = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     struct stat status = {};
-    if (file < 0 || fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size == 0) {
-        std::fprintf(stderr, "tovik: the dialog ended without an answer\n");
-        return kNoAnswer;
-    }
+    return fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0;
+}
+
+bool is_cancelled(int file)
+{
     char begin[sizeof kCancel] = "";
-    const bool cancelled = pread(file, begin, sizeof begin, 0) == sizeof kCancel - 1
+    return pread(file, begin, sizeof begin, 0) == sizeof kCancel - 1
         && std::memcmp(begin, kCancel, sizeof kCancel - 1) == 0;
+}
+
+/// Copies the whole file to standard output. False, with a line on standard error, when that
+/// fails; a file that only this process extends then ends where it ended before.
+bool print_whole(int file)
+{
     // A file that reaches its limit is a failed write.
     std::signal(SIGXFSZ, SIG_IGN);
     const off_t start = end_of_output();
-    if (!copy_to_output(file)) {
-        std::fprintf(stderr, "tovik: cannot print the answer: %s\n", std::strerror(errno));
-        if (start >= 0 && ftruncate(STDOUT_FILENO, start) != 0) {
-            std::fprintf(stderr, "tovik: a part of the answer stays: %s\n", std::strerror(errno));
-        }
+    if (copy_to_output(file)) {
+        return true;
+    }
+    std::fprintf(stderr, "tovik: cannot print the answer: %s\n", std::strerror(errno));
+    if (start >= 0 && ftruncate(STDOUT_FILENO, start) != 0) {
+        std::fprintf(stderr, "tovik: a part of the answer stays: %s\n", std::strerror(errno));
+    }
+    return false;
+}
+
+/// Prints the answer of a dialog that has ended well and returns the exit status.
+int print_answer_of(const char* path)
+{
+    const OwnedDescriptor file(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (!file || !holds_answer(file.get())) {
+        std::fprintf(stderr, "tovik: the dialog ended without an answer\n");
         return kNoAnswer;
     }
-    return cancelled ? kNoAnswer : 0;
+    return print_whole(file.get()) && !is_cancelled(file.get()) ? 0 : kNoAnswer;
 }
 
 /// Says why a dialog has failed that does not say so itself, and returns the exit status.
@@ -111,13 +133,13 @@ int report_failure(DialogEnd end)
     return end.status;
 }
 
-/// Runs the dialog and prints the answer that it leaves in `file`, in which nothing stays of a
-/// dialog that did not end well.
-int print_answer_in(char* file, int argc, char** argv, DialogMain dialog)
+/// Runs the dialog, prints the answer that it leaves in `file` and returns the exit status. The
+/// file of a dialog that did not end well is emptied.
+int run_and_print(char* file, int argc, char** argv, DialogMain dialog)
 {
     const DialogEnd end = run_dialog(argc, argv, file, dialog);
     if (end.request == 0 && end.killed == 0 && end.status == 0) {
-        return print_file(file);
+        return print_answer_of(file);
     }
     empty_file(file);
     if (end.request == 0) {
@@ -157,22 +179,20 @@ char* prepare_file(char** words, char**& end, char (&memory)[64])
 int print_answer(int argc, char** argv, DialogMain dialog)
 {
     const std::size_t room = static_cast<std::size_t>(argc) + 5;
-    auto** words = static_cast<char**>(std::calloc(room, sizeof(char*)));
-    if (words == nullptr) {
+    const OwnedWords words(static_cast<char**>(std::calloc(room, sizeof(char*))));
+    if (!words) {
         return kNoAnswer;
     }
-    char** end = std::remove_copy_if(
-        argv, argv + argc, words, [](const char* word) { return !std::strcmp(word, "--print"); });
+    char** end = std::remove_copy_if(argv, argv + argc, words.get(),
+        [](const char* word) { return !std::strcmp(word, "--print"); });
     char memory[64];
-    char* file = prepare_file(words, end, memory);
+    char* file = prepare_file(words.get(), end, memory);
     char process[16];
     std::snprintf(process, sizeof process, "%d", getpid());
     *end++ = g_Printer;
     *end++ = process;
-    const int count = static_cast<int>(end - words);
-    const int status = file == nullptr ? kNoAnswer : print_answer_in(file, count, words, dialog);
-    std::free(words);
-    return status;
+    const int count = static_cast<int>(end - words.get());
+    return file == nullptr ? kNoAnswer : run_and_print(file, count, words.get(), dialog);
 }
 
 int printing_process(int argc, char** argv)

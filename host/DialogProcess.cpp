@@ -1,6 +1,7 @@
 #include "host/DialogProcess.h"
 
 #include "host/Library.h"
+#include "util/Owned.h"
 
 #include <cerrno>
 #include <csignal>
@@ -70,12 +71,8 @@ bool is_filled(const char* file)
 /// Reads the file into the text, which ends at its first line end; false for none.
 bool read_line(const char* path, char (&text)[64])
 {
-    FILE* file = std::fopen(path, "r");
-    const bool found = file != nullptr && std::fgets(text, sizeof text, file) != nullptr;
-    if (file != nullptr) {
-        std::fclose(file);
-    }
-    return found;
+    const OwnedFile file(std::fopen(path, "r"));
+    return file && std::fgets(text, sizeof text, file.get()) != nullptr;
 }
 
 /// The child that runs a program of this name, which an update may have replaced; a browser that
@@ -88,45 +85,44 @@ pid_t restarted_dialog()
     char path[64];
     pid_t found = 0;
     read_line("/proc/self/comm", own);
-    FILE* children = std::fopen("/proc/thread-self/children", "r");
-    while (children != nullptr && std::fscanf(children, "%31s", word) == 1) {
+    const OwnedFile children(std::fopen("/proc/thread-self/children", "r"));
+    while (children && std::fscanf(children.get(), "%31s", word) == 1) {
         std::snprintf(path, sizeof path, "/proc/%s/comm", word);
         if (read_line(path, name) && std::strcmp(name, own) == 0) {
             found = static_cast<pid_t>(std::strtol(word, nullptr, 10));
         }
     }
-    if (children != nullptr) {
-        std::fclose(children);
-    }
     return found;
 }
 
-/// Takes note of every child that has ended. True when the dialog is over: it failed, the answer
-/// is there, or it has not been restarted.
-bool is_over(RunningDialog& run)
+/// Reaps every child that has ended and notes how the dialog's process did; true when it is one of
+/// them.
+bool reap_children(RunningDialog& run)
 {
-    bool gone = false;
-    int ended = 0;
+    bool ended = false;
     int status = 0;
-    for (pid_t child = 0; (child = waitpid(-1, &ended, WNOHANG)) > 0;) {
+    for (pid_t child = 0; (child = waitpid(-1, &status, WNOHANG)) > 0;) {
         if (child == run.dialog) {
-            gone = true;
-            status = ended;
+            ended = true;
+            run.end.killed = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+            run.end.status = WIFEXITED(status) ? WEXITSTATUS(status) : 0;
         }
     }
-    if (!gone) {
+    return ended;
+}
+
+/// Follows a dialog whose process has ended well and left no answer into the process of the
+/// restarted program; false when there is none to follow.
+bool follow_restart(RunningDialog& run)
+{
+    if (run.end.killed != 0 || run.end.status != 0 || is_filled(run.file)) {
         return false;
-    }
-    run.end.killed = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
-    run.end.status = WIFEXITED(status) ? WEXITSTATUS(status) : 0;
-    if (status != 0 || is_filled(run.file)) {
-        return true;
     }
     run.dialog = restarted_dialog();
     if (run.dialog != 0 && run.end.request != 0) {
         kill(run.dialog, SIGTERM);
     }
-    return run.dialog == 0;
+    return run.dialog != 0;
 }
 
 void ask_to_end(RunningDialog& run, int request, int signal)
@@ -153,7 +149,7 @@ void wait_for(RunningDialog& run, int signals)
             && read(signals, &info, sizeof info) == sizeof info) {
             const int signal = static_cast<int>(info.ssi_signo);
             if (signal == SIGCHLD) {
-                over = is_over(run);
+                over = reap_children(run) && !follow_restart(run);
             } else {
                 ask_to_end(run, signal, signal);
             }
@@ -167,18 +163,18 @@ DialogEnd run_dialog(int argc, char** argv, const char* file, DialogMain dialog)
 {
     RunningDialog run = {file, 0, {0, 0, 0}};
     const sigset_t awaited = awaited_signals();
-    const int signals = signalfd(-1, &awaited, SFD_CLOEXEC);
+    const OwnedDescriptor signals(signalfd(-1, &awaited, SFD_CLOEXEC));
     const pid_t parent = getpid();
     sigset_t mask;
     sigprocmask(SIG_BLOCK, &awaited, &mask);
     // What the dialog leaves behind becomes a child of this process.
     prctl(PR_SET_CHILD_SUBREAPER, 1);
-    run.dialog = signals < 0 ? -1 : fork();
+    run.dialog = signals ? fork() : -1;
     if (run.dialog == 0) {
         become_dialog(argc, argv, dialog, parent, mask);
     }
     if (run.dialog > 0) {
-        wait_for(run, signals);
+        wait_for(run, signals.get());
     } else {
         std::fprintf(stderr, "tovik: cannot start a dialog: %s\n", std::strerror(errno));
         run.end.status = kCannotStart;

@@ -27,6 +27,17 @@ constexpr char kEnd[] = "the end of the process (finalising, or static objects)"
     throw std::system_error(errno, std::generic_category(), what);
 }
 
+/// New zeroed memory that a child process will share.
+char* map_shared()
+{
+    void* memory = mmap(nullptr, kMemory, PROT_READ | PROT_WRITE,
+        MAP_SHARED | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (memory == MAP_FAILED) {
+        fail("mmap");
+    }
+    return static_cast<char*>(memory);
+}
+
 [[noreturn]] void run_child(
     ChildProgress& progress, const std::function<void(ChildProgress&, Report&)>& work)
 {
@@ -45,12 +56,9 @@ constexpr char kEnd[] = "the end of the process (finalising, or static objects)"
 std::string end_of(pid_t child, unsigned int seconds, const ChildProgress& progress)
 {
     // The C library's header for this call is not one for C++ everywhere.
-    const auto descriptor = static_cast<int>(syscall(SYS_pidfd_open, child, 0));
-    pollfd ended = {descriptor, POLLIN, 0};
-    const int ready = descriptor < 0 ? -1 : poll(&ended, 1, static_cast<int>(seconds) * 1000);
-    if (descriptor >= 0) {
-        close(descriptor);
-    }
+    const OwnedDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
+    pollfd ended = {process.get(), POLLIN, 0};
+    const int ready = process ? poll(&ended, 1, static_cast<int>(seconds) * 1000) : -1;
     if (ready == 0) {
         kill(child, SIGKILL);
         kill(-child, SIGKILL);
@@ -74,33 +82,29 @@ std::string end_of(pid_t child, unsigned int seconds, const ChildProgress& progr
 } // namespace
 
 ChildProgress::ChildProgress()
-    : m_memory(static_cast<char*>(mmap(nullptr, kMemory, PROT_READ | PROT_WRITE,
-        MAP_SHARED | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0)))
+    : m_memory(map_shared())
 {
-    if (m_memory == MAP_FAILED) {
-        fail("mmap");
-    }
     begin("the start of the process");
 }
 
-ChildProgress::~ChildProgress()
+void ChildProgress::unmap(char* memory) noexcept
 {
-    munmap(m_memory, kMemory);
+    munmap(memory, kMemory);
 }
 
 void ChildProgress::begin(const std::string& step)
 {
-    std::snprintf(m_memory, kStepCapacity, "%s", step.c_str());
+    std::snprintf(m_memory.get(), kStepCapacity, "%s", step.c_str());
 }
 
 std::string ChildProgress::current() const
 {
-    return {m_memory, strnlen(m_memory, kStepCapacity)};
+    return {m_memory.get(), strnlen(m_memory.get(), kStepCapacity)};
 }
 
 std::span<char> ChildProgress::findings() const
 {
-    return {m_memory + kStepCapacity, kMemory - kStepCapacity};
+    return {m_memory.get() + kStepCapacity, kMemory - kStepCapacity};
 }
 
 std::string run_in_child(

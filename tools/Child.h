@@ -3,6 +3,7 @@
 #pragma once
 
 #include "tools/Report.h"
+#include "util/Owned.h"
 
 #include <functional>
 #include <span>
@@ -13,9 +14,6 @@
 class ChildProgress {
 public:
     ChildProgress();
-    ~ChildProgress();
-    ChildProgress(const ChildProgress&) = delete;
-    ChildProgress& operator=(const ChildProgress&) = delete;
 
     /// Names the step that the child begins; called before each one that may not return.
     void begin(const std::string& step);
@@ -27,7 +25,9 @@ public:
     std::span<char> findings() const;
 
 private:
-    char* m_memory;
+    static void unmap(char* memory) noexcept;
+
+    std::unique_ptr<char, ReleaseWith<unmap>> m_memory;
 };
 
 /// Runs `work` in a child process that ends by exit(), and adds the findings of the child to

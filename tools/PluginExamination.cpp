@@ -246,13 +246,13 @@ void PluginExamination::call_with_hostile_texts()
 void PluginExamination::run()
 {
     m_progress.begin("loading the library");
-    if (void* library = dlopen(m_path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
-        m_progress.begin("closing the library");
-        dlclose(library);
-    } else {
+    OwnedLibrary library(dlopen(m_path.c_str(), RTLD_NOW | RTLD_LOCAL));
+    if (!library) {
         m_report.wrong("load", dlerror());
         return;
     }
+    m_progress.begin("closing the library");
+    library.reset();
     const char* prefix = examine_entry_points(
         m_path, reinterpret_cast<const void*>(m_functions.available), m_report);
     if (prefix == nullptr) {
@@ -265,7 +265,7 @@ void PluginExamination::run()
     read_values();
     call_with_hostile_texts();
     finalize();
-    if (dlopen(m_path.c_str(), RTLD_NOW | RTLD_NOLOAD) != nullptr) {
+    if (OwnedLibrary(dlopen(m_path.c_str(), RTLD_NOW | RTLD_NOLOAD))) {
         m_report.note("close", "stays in the process when it is closed");
     }
     if (!load("the second time")) {
