@@ -1,20 +1,25 @@
-// DialogProcess.h: a dialog in a child process, followed through restarts, and ended when nobody
-// waits for its answer any more.
+// DialogProcess.h: runs a dialog in a child process, follows it through restarts, and ends it when
+// nobody waits for its answer any more.
 #pragma once
 
 #include "host/Answer.h"
 
+/// How a dialog ended.
 struct DialogEnd {
-    int request; // signal that asked this process to end, SIGPIPE for a reader that is gone, or 0
-    int killed; // signal that ended the dialog, or 0
-    int status; // exit status of the dialog
+    /// Signal that asked this process to end, SIGPIPE for a reader that is gone, or 0.
+    int request;
+    /// Signal that ended the dialog, or 0.
+    int killed;
+    /// Exit status of the dialog.
+    int status;
 };
 
 /// Runs the dialog in a child process with standard error as its standard output, and waits until
-/// it is gone. A child that ended well and left `file` missing or empty has restarted the program:
-/// then the process in which it goes on is waited for as well. Signals do what they did before
-/// when it returns.
+/// it has ended. If the child ended with status 0 and left `file` missing or empty, its page may
+/// have restarted the program: then the process of the restarted program is waited for as well. The
+/// signal mask is the one from before when the function returns.
 DialogEnd run_dialog(int argc, char** argv, const char* file, DialogMain dialog);
 
-/// Lets the signal end this process; returns where it cannot.
+/// Unblocks the signal and sends it to this process, which it ends; returns if the process ignores
+/// it.
 void end_by(int signal);

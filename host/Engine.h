@@ -1,16 +1,16 @@
-// Engine.h: what the host arranges with the engine and its main loop before a run.
+// Engine.h: what the host sets up in the engine and its main loop before a run.
 #pragma once
 
 #include "host/Library.h"
 
-/// Has the main loop begin with cancelling every download before it writes: any frame can start
-/// one, without the user's consent. The library is kept until then.
+/// Makes every download be cancelled before it writes a file: any frame can start one without the
+/// user's consent. Takes effect when the main loop starts; `library` is used until then.
 void refuse_downloads(Library& library);
 
-/// Makes the directories in which the engine keeps data and caches of `program` with mode 0700
-/// when they are missing; the engine itself would make them with the mode of the umask.
+/// Makes the directories in which the engine keeps data and caches of `program`, with mode 0700, if
+/// they are missing. The engine would make them with the mode that the umask leaves.
 void make_private_storage(const Library& library, const char* program);
 
-/// Ends this process when the process `caller` has ended, which alone could use the answer.
-/// Neither 0 nor a kernel without pidfd_open() has an effect.
+/// Ends this process as soon as the process `caller` has ended, because nobody else reads the
+/// answer. Does nothing for a `caller` of 0 or on a kernel without pidfd_open().
 void end_with(const Library& library, int caller);

@@ -1,9 +1,9 @@
-// Graphics.h: what the engine has to be told about the machine's graphics before it starts.
+// Graphics.h: settings for the engine that depend on the graphics driver, made before it starts.
 #pragma once
 
-/// File that is there while the proprietary NVIDIA kernel module is loaded.
+/// File that exists while the proprietary NVIDIA kernel module is loaded.
 constexpr char kNvidiaModuleFile[] = "/proc/driver/nvidia/version";
 
-/// Has WebKit draw without DMA buffers when the file exists: with that module windows would stay
-/// blank. An environment that already says how to draw is left as it is.
+/// Makes WebKit draw without DMA buffers if the file exists, by WEBKIT_DISABLE_DMABUF_RENDERER=1:
+/// windows may stay blank with that kernel module. A variable that is set already keeps its value.
 void avoid_blank_window(const char* moduleFile);

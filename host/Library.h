@@ -1,18 +1,24 @@
-// Library.h: functions of the loaded library and of those that it links to, by name.
+// Library.h: the loaded library, and its functions and those of its dependencies by name.
 #pragma once
 
 #include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
 
+/// Exit status when the library cannot be loaded, or not from this place.
 constexpr int kCannotStart = 2;
 
+/// The library that this process has loaded.
 struct Library {
+    /// From dlopen().
     void* handle;
+    /// The file's path.
     const char* path;
 };
 
-/// Function of the library or of one that it links to; ends the process when there is none.
+/// The function of this name in the library or in one that it links to, for instance
+/// `function_of<int(int, char**)>(library, "Main")`. Ends the process with kCannotStart when there
+/// is none.
 template <typename Function> Function* function_of(const Library& library, const char* name)
 {
     void* symbol = dlsym(library.handle, name);

@@ -1,18 +1,21 @@
-// Texts.h: what the host says about itself.
+// Texts.h: the texts of "--help" and "--version".
 #pragma once
 
 #include "webapp/Options.h"
 
 #include <array>
 
+/// What "--version" prints.
 constexpr char kVersion[] = "tovik " TOVIK_VERSION "\n";
 
+/// What "--help" prints before the options.
 constexpr char kHelpStart[] = R"(Usage: tovik [OPTION]... [ANY://URL?QUERY]
 
 Shows one page in a window and writes the page's answer to a file.
 
 )";
 
+/// What "--help" prints after the options.
 constexpr char kHelpEnd[] = R"(
 A value never begins with "-". The query of the first argument that holds "://" is passed on to
 the page.
@@ -23,9 +26,10 @@ in FILE alone; CKR_CANCEL is a closed window. With --print it is 1 when the answ
 there is none, 2 beside --help and --version, and FILE may be left out.
 )";
 
-/// A text put together while compiling; one that does not fit does not compile.
+/// A text that the compiler puts together; one that does not fit does not compile.
 class HelpText {
 public:
+    /// Appends the text.
     constexpr void add(std::string_view text)
     {
         for (const char c : text) {
@@ -34,7 +38,7 @@ public:
         }
     }
 
-    /// Adds lines in the column beside the options' names.
+    /// Appends lines, each indented to the column after the options' names.
     constexpr void add_beside(std::string_view lines)
     {
         for (const char c : lines) {
@@ -45,6 +49,7 @@ public:
         }
     }
 
+    /// The text, NUL-terminated; it lives as long as this object.
     constexpr const char* c_str() const { return m_text.data(); }
 
 private:
@@ -53,6 +58,7 @@ private:
     std::size_t m_column = 0;
 };
 
+/// Puts the text of "--help" together from the table of options.
 consteval HelpText help_text()
 {
     HelpText text;
@@ -74,5 +80,7 @@ consteval HelpText help_text()
     return text;
 }
 
+/// What "--help" prints.
 inline constexpr HelpText kHelpText = help_text();
+/// The same as a C string.
 inline constexpr const char* kHelp = kHelpText.c_str();
