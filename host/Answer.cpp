@@ -24,7 +24,8 @@ constexpr int kNoAnswer = 1;
 constexpr int kLostDisplay = 1;
 constexpr char kCancel[] = "CKR_CANCEL";
 
-/// Tells a dialog, and the program that it restarts, which process prints the answer.
+/// Option with the id of the process that prints the answer, for a dialog and the programs that it
+/// restarts.
 constinit char g_Printer[] = "--printed-by";
 constinit char g_Store[] = "-store";
 
@@ -33,8 +34,9 @@ char** find_word(char** first, char** end, const char* name)
     return std::find_if(first, end, [=](const char* word) { return !std::strcmp(word, name); });
 }
 
-/// Empties the file of "-store": neither an older answer nor half of one is the answer of this
-/// run. False, with a line on standard error, for what cannot be one.
+/// Empties the file of "-store", so that an older answer is not printed as that of this run. A
+/// missing file stays missing. False, with a line on standard error, for a file that is not regular
+/// or cannot be written.
 bool empty_file(const char* file)
 {
     struct stat status = {};
@@ -52,7 +54,8 @@ bool empty_file(const char* file)
     return true;
 }
 
-/// Writes the bytes of an open file to standard output; false, with errno, when one is missing.
+/// Writes the content of the open file and a line end to standard output; false, with errno set,
+/// when not all of it could be written.
 bool copy_to_output(int file)
 {
     char part[65536];
@@ -68,7 +71,8 @@ bool copy_to_output(int file)
     return length == 0 && write(STDOUT_FILENO, "\n", 1) == 1;
 }
 
-/// Where standard output ends when it is a file that only this process extends; else -1.
+/// Offset of the end of standard output if that is a regular file, written at its end and not in
+/// append mode, which could be shared; else -1.
 off_t end_of_output()
 {
     struct stat status = {};
@@ -120,7 +124,7 @@ int print_answer_of(const char* path)
     return print_whole(file.get()) && !is_cancelled(file.get()) ? 0 : kNoAnswer;
 }
 
-/// Says why a dialog has failed that does not say so itself, and returns the exit status.
+/// Prints why the dialog has failed if it cannot do so itself; returns the exit status.
 int report_failure(DialogEnd end)
 {
     if (end.killed != 0) {
@@ -150,8 +154,10 @@ int run_and_print(char* file, int argc, char** argv, DialogMain dialog)
     return kNoAnswer;
 }
 
-/// Makes the file of "-store" ready: that of the first such word, or else one in memory, whose
-/// name and option are appended to the words. Null, with a line on standard error, for none.
+/// Prepares the file of the answer: that of the first "-store", or else one in memory, for which
+/// "-store" and a path are appended to the words. Returns its path; null, with a line on standard
+/// error, when there is none.
+/// memory  receives the path of the file in memory
 char* prepare_file(char** words, char**& end, char (&memory)[64])
 {
     char** const store = find_word(words, end, g_Store);
@@ -167,7 +173,7 @@ char* prepare_file(char** words, char**& end, char (&memory)[64])
         std::fprintf(stderr, "tovik: no memory for the answer: %s\n", std::strerror(errno));
         return nullptr;
     }
-    // The dialog reaches it by this process, from a restarted program too.
+    // The path names this process, so that a restarted program reaches the file too.
     std::snprintf(memory, sizeof memory, "/proc/%d/fd/%d", getpid(), descriptor);
     *end++ = g_Store;
     *end++ = memory;

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Milliseconds between asking a dialog to end and ending it.
+/// Milliseconds between asking a dialog to end and killing it.
 constexpr int kGrace = 2000;
 
 struct RunningDialog {
@@ -25,7 +25,8 @@ struct RunningDialog {
     DialogEnd end;
 };
 
-/// The signals that run_dialog() waits for; those that the caller has this process ignore stay so.
+/// The signals that run_dialog() waits for: SIGCHLD, and those that end a dialog unless this
+/// process ignores them.
 sigset_t awaited_signals()
 {
     sigset_t signals;
@@ -40,7 +41,7 @@ sigset_t awaited_signals()
     return signals;
 }
 
-/// Standard output where it has a reader that can go away; else no descriptor.
+/// Standard output if that is a pipe or a socket, whose reader can go away; else -1.
 int watched_output()
 {
     struct stat status = {};
@@ -53,7 +54,7 @@ int watched_output()
     int argc, char** argv, DialogMain dialog, pid_t parent, const sigset_t& mask)
 {
     sigprocmask(SIG_SETMASK, &mask, nullptr);
-    // Nobody would take the answer of a dialog that outlives its caller.
+    // Nobody would read the answer of a dialog that outlives its caller.
     prctl(PR_SET_PDEATHSIG, SIGTERM);
     if (getppid() != parent) {
         _exit(kCannotStart);
@@ -68,15 +69,15 @@ bool is_filled(const char* file)
     return stat(file, &status) == 0 && status.st_size > 0;
 }
 
-/// Reads the file into the text, which ends at its first line end; false for none.
+/// Reads the first line of the file, 63 bytes of it at most; false when there is none.
 bool read_line(const char* path, char (&text)[64])
 {
     const OwnedFile file(std::fopen(path, "r"));
     return file && std::fgets(text, sizeof text, file.get()) != nullptr;
 }
 
-/// The child that runs a program of this name, which an update may have replaced; a browser that
-/// a dialog has opened does not. 0 when there is none.
+/// The child that runs a program of this name, or 0. Names are compared and not files, because an
+/// update may have replaced the file; a browser that the dialog has opened has another name.
 pid_t restarted_dialog()
 {
     char own[64] = "";
@@ -167,7 +168,7 @@ DialogEnd run_dialog(int argc, char** argv, const char* file, DialogMain dialog)
     const pid_t parent = getpid();
     sigset_t mask;
     sigprocmask(SIG_BLOCK, &awaited, &mask);
-    // What the dialog leaves behind becomes a child of this process.
+    // A process whose parent ends becomes a child of this one, a restarted program among them.
     prctl(PR_SET_CHILD_SUBREAPER, 1);
     run.dialog = signals ? fork() : -1;
     if (run.dialog == 0) {

@@ -8,7 +8,8 @@
 
 namespace {
 
-/// The last argument is webkit_download_cancel().
+/// Handler of "download-started".
+/// cancel  address of webkit_download_cancel()
 void download_started_cb(void*, void* download, void* cancel) noexcept
 {
     reinterpret_cast<void (*)(void*)>(cancel)(download);
@@ -35,8 +36,9 @@ int caller_ended_cb(int, unsigned int, void*) noexcept
 
 void refuse_downloads(Library& library)
 {
-    // In the main loop, before what the engine has to say: if the host made the context, scripts
-    // and a restarted program would inherit what the engine opens for it.
+    // The main loop calls it before what the engine has waiting. If the host created the context
+    // earlier, scripts and a restarted program would inherit the files that the engine opens for
+    // it.
     using Add = unsigned int(int, int (*)(void*), void*, void (*)(void*));
     constexpr int kHighPriority = -100;
     function_of<Add>(library, "g_idle_add_full")(

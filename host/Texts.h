@@ -17,13 +17,13 @@ Shows one page in a window and writes the page's answer to a file.
 
 /// What "--help" prints after the options.
 constexpr char kHelpEnd[] = R"(
-A value never begins with "-". The query of the first argument that holds "://" is passed on to
-the page.
+A value never begins with "-". The query of the first argument that holds "://" is passed to the
+page.
 
 Exit status: 0 the window was shown and is gone, whatever the answer; 1 the display was lost;
-2 the library cannot be loaded, or not from this place; 3 there is no display. The answer stands
-in FILE alone; CKR_CANCEL is a closed window. With --print it is 1 when the answer is CKR_CANCEL or
-there is none, 2 beside --help and --version, and FILE may be left out.
+2 the library cannot be loaded, or not from this place; 3 there is no display. The answer is in
+FILE and not in the status; CKR_CANCEL is a closed window. With --print the status is 1 when the
+answer is CKR_CANCEL or there is none, and 2 with --help or --version; -store may be left out.
 )";
 
 /// A text that the compiler puts together; one that does not fit does not compile.

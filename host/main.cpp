@@ -1,6 +1,6 @@
-// The executable `tovik`: finds the library of this installation, loads it and hands it the
-// command line. It links to nothing but the C library, so that a start pays for GTK and WebKit
-// once, in the library.
+// The executable `tovik`: finds the library of this installation, loads it and passes the command
+// line to it. It links to the C library alone, so that "--help" and a start by a bare name, which
+// executes the program a second time, do not load GTK and WebKit.
 #include "host/Answer.h"
 #include "host/Engine.h"
 #include "host/Graphics.h"
@@ -19,18 +19,20 @@ namespace {
 
 constexpr int kNoDisplay = 3;
 
-/// Gives the process what a run relies on, whatever its caller has left of it.
+/// Sets up what a run relies on, whatever the caller has closed or ignored.
 void set_up_process()
 {
-    // Nothing that is opened later becomes a standard stream. Used, these fail as closed ones do.
+    // A file that is opened later must not become a standard stream. /dev/null is opened in the
+    // opposite direction, so that using it fails as using a closed stream does.
     for (int stream = 0; stream < 3; ++stream) {
         if (fcntl(stream, F_GETFD) < 0) {
             open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY);
         }
     }
-    // Ignored, the end of a script would not be seen.
+    // If the signal were ignored, waiting for a script would not return its status.
     std::signal(SIGCHLD, SIG_DFL);
-    // The lines of a trace are read while the dialog runs, and survive a signal.
+    // Each line of a trace is readable while the dialog runs, and is not lost when a signal ends
+    // it.
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
 }
 
@@ -48,7 +50,7 @@ const char* program_name()
     return std::strrchr(g_Program, '/') + 1;
 }
 
-/// Stores the path of this executable, links resolved; false when the system does not tell.
+/// Stores the path of this executable, links resolved; false when it cannot be read.
 bool find_program()
 {
     const ssize_t length = readlink("/proc/self/exe", g_Program, sizeof g_Program - 1);
@@ -66,9 +68,9 @@ bool find_library()
             g_Library, program.substr(0, program.rfind('/', lastSlash - 1)), program_name());
 }
 
-/// The path from which the library would derive another directory than that of this program, or
-/// null: it reads the first word of the command line up to a blank, and the first "/bin/" of the
-/// program's path becomes "/lib/".
+/// The path from which the library would derive a directory other than that of this program, or
+/// null when it would derive the right one. The library reads the first word of the command line up
+/// to a space, and replaces the first "/bin/" of the program's path by "/lib/".
 const char* misread_path(const char* firstWord)
 {
     if (std::strchr(firstWord, ' ') != nullptr) {
@@ -78,7 +80,7 @@ const char* misread_path(const char* firstWord)
     return bin != nullptr && bin + 4 != std::strrchr(g_Program, '/') ? g_Program : nullptr;
 }
 
-/// The package that a Debian system lacks when the loader's text names one of its libraries.
+/// Advice to install the Debian package whose library the loader's message names; empty for none.
 const char* missing_package(const char* loaderText)
 {
     if (std::strstr(loaderText, "libwebkit2gtk-4.1") != nullptr
@@ -109,8 +111,8 @@ int run(int argc, char** argv)
     return function_of<int(int, char**)>(library, "Main")(argc, argv);
 }
 
-/// Prints the text that an option asks for in place of a run, beside "--print" on standard error;
-/// false when none does.
+/// Prints the text of "--help" or "--version", to standard error if there is "--print" too; false
+/// when the command line has neither.
 bool has_answered_option(int argc, char** argv, bool print)
 {
     for (const auto& [option, text] : {std::pair("--help", kHelp), {"--version", kVersion}}) {
@@ -122,9 +124,9 @@ bool has_answered_option(int argc, char** argv, bool print)
     return false;
 }
 
-/// Finds this program and its library; false, with a line on standard error, when it cannot be
-/// run from its place. Executes it by its path when it was started by a bare name, which tells
-/// the library nothing about that place.
+/// Finds this program and its library; false, with a line on standard error, when the program
+/// cannot run from its place. A program that was started by a bare name executes itself by its
+/// path, because the library derives its places from the first word of the command line.
 bool find_installation(char** argv)
 {
     if (!find_program()) {
@@ -158,7 +160,7 @@ int main(int argc, char** argv)
     set_up_process();
     const bool print = has_word(argc, argv, "--print");
     if (has_answered_option(argc, argv, print)) {
-        // A caller that waits for an answer gets none.
+        // The caller waits for an answer and gets none.
         return print ? kCannotStart : 0;
     }
     if (argc < 1 || !find_installation(argv)) {

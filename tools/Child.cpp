@@ -55,7 +55,7 @@ char* map_shared()
 /// How the child ended; empty when it ended by exit(0) after its work.
 std::string end_of(pid_t child, unsigned int seconds, const ChildProgress& progress)
 {
-    // The C library's header for this call is not one for C++ everywhere.
+    // Not every version of the C library declares pidfd_open() for C++.
     const OwnedDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
     pollfd ended = {process.get(), POLLIN, 0};
     const int ready = process ? poll(&ended, 1, static_cast<int>(seconds) * 1000) : -1;

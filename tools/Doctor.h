@@ -1,4 +1,4 @@
-// Doctor.h: says what a run of the product would do, and every trap on the way.
+// Doctor.h: reports what a run of a product would do, and each fault on the way.
 #pragma once
 
 #include "tools/Report.h"
@@ -6,26 +6,28 @@
 #include <filesystem>
 #include <string>
 
-/// Whether there is such a file. One that the system does not let us look at, or whose name is too
-/// long for it, is not there.
+/// Whether the file exists. A file that may not be looked at, or whose name is too long for the
+/// system, counts as missing.
 inline bool is_there(const std::filesystem::path& file)
 {
     std::error_code none;
     return std::filesystem::exists(file, none);
 }
 
-/// The installation: the program, the library, and what the rooms make of their places.
+/// Examines the installation: the program, the library, and the brand.
 /// program  path with which the product is started; also the first word of this process's command
-///          line, where the rooms look for it
+///          line, from which the layout reads it
 void examine_installation(const std::string& program, Report& report);
 
-/// The plug-in, its configuration and WebKit's extension directory, as far as files tell.
+/// Examines the files of the plug-in, its configuration and WebKit's extension directory; loads no
+/// plug-in.
 void examine_plugin_files(Report& report);
 
-/// The run that the process arguments ask for: plug-in, options, start page, icon, window, answer.
-/// When g_CallRecorder says that the plug-in is loaded, it and the library run in this process.
-/// prints  whether the host is asked to print the answer
+/// Examines the run that the process arguments ask for: plug-in, options, start page, user agent,
+/// icon, answer, window.
+/// When g_CallRecorder says that the plug-in is loaded, the plug-in and the library are loaded into this
+/// process. prints  whether the host is asked to print the answer
 void examine_run(bool prints, Report& report);
 
-/// What surrounds the run: the engine, its environment, the graphics driver.
+/// Examines the engine, its environment variables and the graphics driver.
 void examine_surroundings(Report& report);

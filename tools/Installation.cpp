@@ -1,4 +1,4 @@
-// The files of the installation, as the library's own searches find them.
+// Examines the files of the installation, which the library's own searches find.
 #include "bridge/WebBridge.h"
 #include "process/ProcessArguments.h"
 #include "tools/CallRecorder.h"
@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// From here on the extension directory counts as one that belongs to others.
+/// An extension directory with this many other libraries is not the product's own.
 constexpr std::size_t kManyLibraries = 10;
 
 std::string brand_name()
@@ -44,7 +44,7 @@ bool is_so(const fs::path& file)
     return file.native().ends_with(".so");
 }
 
-/// Files beside `module` that bear its name and a version.
+/// Names of the files beside `module` that have its name and a version, separated by commas.
 std::string versioned_names(const fs::path& module)
 {
     std::string names;
@@ -102,10 +102,10 @@ void examine_config(Report& report, const char* which, const std::string& path)
     }
 }
 
-/// What WebKit, which opens every file of the directory whose name ends in ".so", meets there.
+/// What the directory holds of which WebKit opens every file whose name ends in ".so".
 struct ExtensionFiles {
-    std::string library; // this one or, failing that, one of its name
-    std::string misnamed; // the library under a name that WebKit passes over
+    std::string library; // the examined library, or else a file of its name
+    std::string misnamed; // the library under a name that WebKit ignores
     std::string product; // the library of another product
     std::size_t others = 0;
 };
@@ -130,7 +130,8 @@ ExtensionFiles extension_files(const std::string& directory)
     return found;
 }
 
-/// Reports on these files and returns the one of the library, empty without one.
+/// Reports on the files of the directory. Returns the path of the library among them; empty for
+/// none.
 std::string examine_extension_files(Report& report, const std::string& directory)
 {
     const ExtensionFiles found = extension_files(directory);
@@ -139,7 +140,7 @@ std::string examine_extension_files(Report& report, const std::string& directory
     } else if (!found.misnamed.empty()) {
         report.wrong("module",
             found.misnamed
-                + " does not end in \".so\", so WebKit passes it over "
+                + " does not end in \".so\", so WebKit ignores it "
                   "and pages have no Tovik; make a link that does");
     } else {
         report.wrong("module",
@@ -163,7 +164,8 @@ std::string examine_extension_files(Report& report, const std::string& directory
     return found.library;
 }
 
-/// Reports on the directory and its files and returns the library's file there, or nothing.
+/// Reports on the extension directory and its files. Returns the path of the library among them;
+/// empty for none.
 std::string examine_extension_directory(Report& report)
 {
     g_CallRecorder.extensionDirectory.reset();
@@ -191,8 +193,9 @@ std::string examine_extension_directory(Report& report)
     return examine_extension_files(report, directory);
 }
 
-/// The plug-in of the web process, where `library` looks for it beside itself alone.
-/// other  the plug-in of the window's process
+/// Examines the plug-in of the web process, which is looked for only beside the library.
+/// library  path of the library that WebKit opens
+/// other    path of the plug-in of the user-interface process; empty for none
 void examine_web_process(Report& report, const std::string& library, const std::string& other)
 {
     const std::string ours = std::exchange(g_CallRecorder.module, library);
@@ -205,7 +208,8 @@ void examine_web_process(Report& report, const std::string& library, const std::
             "plug-in for pages", "there is no " + path + "; put the plug-in beside the library");
     } else if (!other.empty() && !is_same_file(path, other)) {
         report.wrong("plug-in for pages",
-            path + " is another file than the plug-in of the window, " + other + "; keep one");
+            path + " is another file than the plug-in of the user-interface process, " + other
+                + "; keep one");
     } else {
         report.ok("plug-in for pages", path);
     }
@@ -239,7 +243,7 @@ void examine_installation(const std::string& program, Report& report)
     const std::size_t bin = own.native().find("/bin/");
     if (!osGetApplicationPath(path, sizeof path) || own != path) {
         report.wrong("program",
-            "the layout takes " + std::string(path) + " for " + program
+            "the layout reads " + std::string(path) + " for " + program
                 + ": it reads the path up to the first space, 259 bytes at most; install "
                   "elsewhere");
     } else if (bin != std::string::npos
@@ -249,7 +253,8 @@ void examine_installation(const std::string& program, Report& report)
                 + " has a directory bin further up, beside which the plug-in is looked for; "
                   "install elsewhere");
     } else if (!is_there(program)) {
-        report.note("program", "there is no " + program + "; the places are told as if there were");
+        report.note(
+            "program", "there is no " + program + "; the places are those that it would have");
     } else {
         report.ok("program", path);
     }
@@ -263,15 +268,15 @@ void examine_plugin_files(Report& report)
     wa_GetPlugin();
     const std::string places = places_looked_at();
     const std::string& plugin = g_CallRecorder.plugin;
-    const std::string behind = places.empty() ? "" : "; " + places;
+    const std::string searched = places.empty() ? "" : "; " + places;
     if (plugin.empty()) {
         report.wrong("plug-in",
-            "no file of the installation, so the loader is asked for libtovik.so" + behind
+            "no file of the installation, so the loader is asked for libtovik.so" + searched
                 + "; install lib" + brand_name() + ".so beside the library");
     } else if (!is_there(plugin)) {
         report.wrong("plug-in", "there is no " + plugin + "; correct -plugin");
     } else {
-        report.ok("plug-in", plugin + behind);
+        report.ok("plug-in", plugin + searched);
     }
     examine_config(report, "global configuration", g_CallRecorder.globalConfig);
     examine_config(report, "local configuration", g_CallRecorder.localConfig);

@@ -6,6 +6,7 @@
 
 #include <string>
 
+/// The exported functions, all of them bound.
 struct LibraryFunctions {
     decltype(&::P_Available) available;
     decltype(&::P_Initialize) initialize;
@@ -16,8 +17,8 @@ struct LibraryFunctions {
     decltype(&::P_Invoke) invoke;
 };
 
-/// Loads the library at `path` into this process, for its life, and binds its functions. Returns
-/// the empty string, or why that failed.
+/// Loads the library at `path`, which stays in the process, and binds its functions. Returns the
+/// empty string, or why that failed.
 std::string load_library_functions(const std::string& path, LibraryFunctions& functions);
 
 /// Sets the plug-in, and the functions that reach it, from which the readers of

@@ -15,12 +15,13 @@
 
 namespace {
 
+/// A text that no page should pass, and what the findings call it.
 struct HostileText {
     const char* name;
     const char* text;
 };
 
-/// Whether an answer is the text, a part of it, or its end.
+/// Whether the answer points into the text, its NUL included.
 bool lies_in(const char* answer, const char* text)
 {
     const std::less_equal<> notAfter;
@@ -100,8 +101,8 @@ bool PluginExamination::load(const char* when)
     return false;
 }
 
-/// Whether the newer initialise entry does so, called directly, because the library does not
-/// tell what was stored.
+/// Whether PlgInitialize() stores an instance when it fails; called directly, because the library
+/// does not tell what was stored.
 bool PluginExamination::stores_on_failure()
 {
     using NewerInitialize = void*(void*, void*, void*, void*, void** instance);
@@ -186,14 +187,15 @@ void PluginExamination::read_values()
 {
     const bool newer = m_prefix == "Plg";
     m_report.ok("WorkingDirectory",
-        newer ? m_path.substr(0, m_path.rfind('/') + 1) : "none; the older set is given none");
+        newer ? m_path.substr(0, m_path.rfind('/') + 1) : "none; the older set receives none");
     read_values_from(m_functions, m_plugin);
     read_user_agent();
     read_default_options();
 }
 
-/// Reads an answer to its end, which shows a text that is gone already; false when a page would
-/// receive the empty string in its place.
+/// Reads an answer to its end, so that a text that is gone already is a crash here, and reports one
+/// that points into an argument. False when the answer is not UTF-8, for which a page receives the
+/// empty string.
 bool PluginExamination::read_answer(
     const char* answer, std::initializer_list<const char*> arguments)
 {
@@ -202,7 +204,9 @@ bool PluginExamination::read_answer(
     for (const char* text : arguments) {
         if (lies_in(answer, text) && !m_report.has("lifetime")) {
             m_report.note("lifetime",
-                asked + " answers with the text that it is given, which is the caller's; copy it");
+                asked
+                    + " answers with the text that it received, which is the caller's; return a "
+                      "copy");
         }
     }
     return answer == nullptr || is_utf8(answer);
@@ -274,13 +278,13 @@ void PluginExamination::run()
     m_progress.begin(call("GetProperty", "UserAgentId"));
     read_answer(m_functions.getProperty(m_plugin, "UserAgentId"), {});
     finalize();
-    // The third time the process ends with the plug-in loaded.
+    // The process ends with the plug-in loaded.
     if (load("the third time")) {
         m_report.ok("load", "three times");
     }
 }
 
-/// Which of the standard streams are open.
+/// Which of the three standard streams are open.
 std::array<bool, 3> open_streams()
 {
     std::array<bool, 3> open = {};

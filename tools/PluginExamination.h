@@ -4,6 +4,6 @@
 #include "tools/Child.h"
 #include "tools/LibraryFunctions.h"
 
-/// Reports on the plug-in library at `path`, a canonical one. Foreign code runs in this process.
+/// Reports on the plug-in at `path`, which is canonical. Runs the plug-in's code in this process.
 void examine_plugin(const LibraryFunctions& functions, const std::string& path,
     ChildProgress& progress, Report& report);

@@ -5,6 +5,7 @@
 
 namespace {
 
+/// Bytes after which an escaped text is cut off.
 constexpr std::size_t kLongest = 1000;
 
 std::string_view name_of(Level level)
@@ -47,7 +48,7 @@ Character first_character(std::string_view text)
     return {};
 }
 
-/// Whether a terminal would obey the character, break the line, or reorder what stands beside it.
+/// Whether a terminal would execute the character, break the line at it, or reorder its neighbours.
 bool is_control(unsigned long value)
 {
     constexpr std::pair<unsigned long, unsigned long> kRanges[] = {{0, 0x1F}, {0x7F, 0x9F},
@@ -92,7 +93,7 @@ void Report::add(Level level, std::string_view subject, std::string_view text)
     const Finding& made = m_findings.back();
     std::string record(1, static_cast<char>(level));
     record += made.subject + '\0' + made.text + '\0';
-    if (record.size() < m_copy.size()) { // a zero stays behind the last one
+    if (record.size() < m_copy.size()) { // a zero remains after the last one
         std::copy(record.begin(), record.end(), m_copy.begin());
         m_copy = m_copy.subspan(record.size());
     }

@@ -1,4 +1,4 @@
-// Report.h: what a tool finds, one line each, as text or as JSON.
+// Report.h: the findings of a tool, as lines of text or as JSON.
 #pragma once
 
 #include <span>
@@ -6,8 +6,10 @@
 #include <string_view>
 #include <vector>
 
+/// How much a finding matters.
 enum class Level : char { ok = 'O', note = 'N', wrong = 'W' };
 
+/// One finding, escaped for a terminal.
 struct Finding {
     Level level;
     std::string subject;
@@ -17,8 +19,10 @@ struct Finding {
 /// Collects findings in their order.
 class Report {
 public:
-    /// copy  zeroes that every finding is also written to at once, for a process that may not live
-    ///       to hand its report over; empty for none
+    /// copy  zeroed memory to which every finding is also written at once, for a process that may
+    /// end
+    ///       before it can pass its report on; empty for none. A finding that does not fit is left
+    ///       out
     explicit Report(std::span<char> copy = {})
         : m_copy(copy)
     {
@@ -32,7 +36,7 @@ public:
         add(Level::wrong, subject, text);
     }
 
-    /// Adds the findings that a report with this copy wrote to it.
+    /// Adds the findings that another report wrote to this copy.
     void add_copy(std::span<const char> copy);
 
     bool any_wrong() const;
@@ -48,7 +52,7 @@ public:
 
 private:
     std::vector<Finding> m_findings;
-    std::span<char> m_copy; // what is left of it
+    std::span<char> m_copy; // the part of it that is still free
 };
 
 /// Writes to standard output; false when that fails.
@@ -57,6 +61,7 @@ bool print(const std::string& text);
 /// Whether the bytes are UTF-8.
 bool is_utf8(std::string_view text);
 
-/// The text on one line, safe for a terminal: control characters, those that break lines or turn
-/// the direction of text, and bytes that are not UTF-8 as \xNN, and cut off where it grows long.
+/// The text on one line, safe for a terminal. Control characters, characters that break lines or
+/// change the direction of text, and bytes that are not UTF-8 become \xNN. After 1000 bytes the
+/// text is cut off, and its length follows.
 std::string escaped(std::string_view text);

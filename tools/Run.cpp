@@ -1,4 +1,4 @@
-// The run that the command line asks for.
+// Examines the run that the command line asks for.
 #include "bridge/WebBridge.h"
 #include "process/ProcessArguments.h"
 #include "process/ProcessState.h"
@@ -23,11 +23,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The run as the library is asked for it.
+/// What the library is asked to do.
 struct Run {
     ShellArguments arguments = wa_shell_arguments(g_ARGC, g_ARGV);
     ShellOptions options = read_options(arguments.count, arguments.list);
-    bool prints; // "--print", which the host keeps to itself
+    bool prints; // whether there is "--print", which the host does not pass to the library
 };
 
 const Option* option_named(std::string_view name)
@@ -69,7 +69,7 @@ void examine_values(const Run& run, Report& report)
         const char* allowed = hexadecimal ? "0123456789abcdefABCDEF" : "0123456789";
         if (digits.empty() || digits.find_first_not_of(allowed) != std::string::npos) {
             report.wrong("options",
-                std::string(option.name) + " takes a number, such as 640 or 0x028001E0, and not \""
+                std::string(option.name) + " needs a number, such as 640 or 0x028001E0, and not \""
                     + text + "\"");
         }
     }
@@ -77,13 +77,13 @@ void examine_values(const Run& run, Report& report)
         const char* value = nullptr;
         if (wa_get_argument(name, &value) != 0 && std::strlen(value) >= kPathCapacity) {
             report.wrong("options",
-                std::string(name) + " has more than 259 bytes, so it is passed over; shorten it");
+                std::string(name) + " has more than 259 bytes, so it is ignored; shorten it");
         }
     }
 }
 
-/// The query of the command line is that of the first word that holds "://", if it has one, even
-/// where the word is the value of an option.
+/// Examines the query for the start page: that of the first word that holds "://", even if this
+/// word is the value of an option.
 void examine_query(const ShellArguments& arguments, Report& report)
 {
     char** const end = arguments.list + arguments.count;
@@ -140,8 +140,8 @@ void examine_loaded_plugin(Report& report)
     report.ok("plug-in of the window", "loads from " + g_CallRecorder.loadedPlugin);
 }
 
-/// File of the start page; empty where it is none.
-/// url    the page's name
+/// Path of the start page; empty when the page is no file.
+/// url    value of "-url"
 /// found  the URL that is loaded
 std::string page_file(const std::string& url, const std::string& found)
 {
@@ -156,7 +156,7 @@ std::string page_file(const std::string& url, const std::string& found)
     return path ? path.get() : "";
 }
 
-/// What is wrong with the file of the start page; empty when nothing is.
+/// What is wrong with the file of the start page; empty when nothing is. Arguments as above.
 std::string page_fault(const std::string& url, const std::string& found, const std::string& file)
 {
     std::error_code none;
@@ -216,7 +216,7 @@ void examine_icon(const ShellOptions& options, Report& report)
     }
 }
 
-/// Where the answer goes. The library ignores a file that it cannot write and says nothing.
+/// Reports where the answer goes. The library ignores a file that it cannot write and says nothing.
 void examine_store(const Run& run, Report& report)
 {
     std::error_code none;

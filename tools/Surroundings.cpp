@@ -1,4 +1,5 @@
-// What surrounds a run: the engine, its environment, the graphics driver.
+// Examines what a run depends on beside its files: the engine, its environment variables, the
+// graphics driver.
 #include "host/Graphics.h"
 #include "host/ProductLayout.h"
 #include "process/ProcessState.h"
@@ -14,7 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Whether WebKit takes the variable for switched on.
+/// Whether the variable is set to anything but "0", which WebKit reads as on.
 bool is_on(const char* variable)
 {
     const char* value = std::getenv(variable);

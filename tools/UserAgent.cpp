@@ -5,10 +5,10 @@
 
 namespace {
 
-/// The start of WebKit's own agent, which decides about the text before it.
+/// The start of WebKit's own agent. Whether WebKit accepts a text depends also on what follows.
 constexpr char kEngineAgent[] = " Mozilla/5.0";
 
-/// Why WebKit refuses `text` with `rest` after it; empty when it accepts both.
+/// Why WebKit refuses `text` with `rest` after it; empty when it accepts both together.
 std::string refusal(const std::string& text, const std::string& rest)
 {
     const std::string whole = text + rest;

@@ -1,8 +1,9 @@
-// UserAgent.h: what becomes of the user agent of a run.
+// UserAgent.h: reports the user agent of a run.
 #pragma once
 
 #include "tools/Report.h"
 
-/// Reports which part of the user agent WebKit refuses, where, and what it then uses.
-/// given  the value of "-useragent"; null and empty for none, and the plug-in's properties count
+/// Reports which part of the user agent WebKit refuses and at which place, and what is used
+/// instead. given  value of "-useragent"; null or empty for none: the plug-in's properties are read
+/// then
 void examine_user_agent(const char* given, Report& report);

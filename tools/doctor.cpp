@@ -1,9 +1,8 @@
-// The executable `tovik-doctor`: says without a window what a run of the product would do.
+// The executable `tovik-doctor`: reports what a run of a product would do, without a window.
 //
-// The library takes the program's place from the first word of the process's command line, so the
-// doctor executes itself anew with the product's program as that word; which library it speaks for
-// is in CallRecorder.h. It is an executable alone: a library of its own in lib/ would be one more that
-// WebKit opens in every web process.
+// The library derives the program's path from the first word of the process's command line, so the
+// doctor executes itself a second time with the product's program as that word. It has no library
+// of its own: WebKit would open such a file in lib/ in every web process.
 #include "tools/Doctor.h"
 #include "host/ProductLayout.h"
 #include "process/ProcessState.h"
@@ -30,16 +29,16 @@ constexpr std::uint32_t kNoTrace = 2; // see g_Verbose
 
 constexpr char kUsage[] = R"(Usage: tovik-doctor [--library PATH] [--program PATH] [OPTION]... [URL]
 
-Says what the product would do if it were started with these options (see tovik --help), which
-places it looks at, and what is wrong with it.
+Prints what a product would do if it were started with these options (see tovik --help), at which
+places it looks, and what is wrong.
 
   --library PATH  the library of the product (default: that of this installation)
   --program PATH  the program that loads it (default: bin/NAME for lib/libNAMEgui.so)
 
-Exit status: 0 nothing is wrong; 1 something is; 2 it could not be told.
+Exit status: 0 nothing is wrong; 1 something is; 2 the examination failed.
 )";
 
-/// Marks the second start, which has the product's program as its first word.
+/// Marks the second execution, which has the product's program as its first word.
 constexpr char kExamine[] = "--examine";
 
 /// Program that loads this library; named after the library's stem when its file name is not of the
@@ -51,7 +50,8 @@ fs::path program_of(const fs::path& library)
     return library.parent_path().parent_path() / "bin" / program_of_library(file).value_or(stem);
 }
 
-/// Examines the installation for the process arguments.
+/// Examines the installation, and the run that the process arguments ask for; returns the exit
+/// status.
 int examine(const std::string& program, bool prints)
 {
     Report report;
@@ -59,25 +59,26 @@ int examine(const std::string& program, bool prints)
     examine_plugin_files(report);
     const std::string end
         = run_in_child(kPluginSeconds, report, [prints](ChildProgress& progress, Report& child) {
-              progress.begin("the plug-in, while the window's process would use it");
+              progress.begin("the plug-in, used as in the user-interface process");
               g_CallRecorder.loadsPlugin = true;
               examine_run(prints, child);
           });
     if (!end.empty()) {
         report.wrong("plug-in of the window", end + "; ask tovik-plugin-check");
-        if (!report.has("display")) { // the last thing that is told there
+        if (!report.has("display")) { // the last subject of the child
             examine_run(prints, report);
         }
     }
     examine_surroundings(report);
     if (!print(report.plain())) {
-        std::fprintf(stderr, "tovik-doctor: the findings cannot be written\n");
+        std::fprintf(stderr, "tovik-doctor: cannot write the findings\n");
         return kCannotTell;
     }
     return report.any_wrong() ? kFindings : 0;
 }
 
-/// Starts this program anew in the product's name; returns only when that fails.
+/// Executes this program with the product's program as its first word; returns only when that
+/// fails.
 int start_anew(const std::string& library, std::string program, char** options)
 {
     std::string marker = kExamine;

@@ -24,7 +24,7 @@ texts, finalises it and loads it twice more. The plug-in runs in a process of it
   --json           print one JSON object
   --limit SECONDS  end the process after this time, 1 to 3600 (default 20)
 
-Exit status: 0 nothing is wrong; 1 something is; 2 it could not be checked.
+Exit status: 0 nothing is wrong; 1 something is; 2 the plug-in could not be checked.
 )";
 
 struct Options {
@@ -102,7 +102,7 @@ int run(const Options& options)
     examine(options, functions, report);
     const std::string text = options.json ? report.json("plugin", options.plugin) : report.plain();
     if (!print(text)) {
-        return cannot_check("the findings cannot be written");
+        return cannot_check("cannot write the findings");
     }
     return report.any_wrong() ? kFindings : 0;
 }

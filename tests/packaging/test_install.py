@@ -68,7 +68,7 @@ class Install(Installed):
         for arguments, fault in [
                 (("abcdef", "new"), "no brand"), (("AB", "new"), "no brand"), (("x1", "new"), "brand"),
                 (("setup", "new"), "no brand"), (("a", "new"), "no brand"), (("ab",), "needs a brand"),
-                (("ab", "there"), "there already"), (("ab", "a b"), "space"),
+                (("ab", "there"), "exists already"), (("ab", "a b"), "space"),
                 (("ab", "new", "--prefix", "/opt/bin/ab"), '"bin"'), (("ab", "new", "-x"), "option"),
                 (("ab", "new", "--prefix", "opt"), "absolute"), (("ab", "new", "--icon"), "value"),
                 (("ab", "new", "--plugin", "none"), "no file none"), (("ab", "new", "--title", "a\n"),

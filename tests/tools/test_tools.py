@@ -105,7 +105,7 @@ class Tools(Shell):
                  f"(not there), {lib}/libtovik.so (there)", f"page: file://{lib}/index.html; looked",
                  f"module: WebKit opens {lib}/libtovikgui.so", "area: 1280 x 1024", "brand: tovik"),
                 (("-url", page, *store, "-size", "0x00320032"), 0, f"page: {page}", "640 x 512 at"),
-                (("-size", "320x512", "-wait"), 1, 'not "320x512"', '-wait takes a number, such as'),
+                (("-size", "320x512", "-wait"), 1, 'not "320x512"', '-wait needs a number, such as'),
                 (("-url", page, "a://b?c", "-plugin", "x" * 260), 1, "NOTE  options: the query of "
                  "a://b?c is not passed on", "-plugin has more than 259"),
                 (("-url", "none.html"), 1, "WRONG start page: no none.html", "NOTE  answer"),
@@ -133,7 +133,7 @@ class Tools(Shell):
                 (("--library", self.dir / "bin/lib/libtovikgui.so"), 1,
                  f"WRONG program: {self.dir}/bin/bin/tovik has a directory bin further up"),
                 (("-plugin", PLUGINS / "five/libtovik.so"), 1, "WRONG plug-in of the window: has"),
-                (("--library", spaced), 1, "WRONG program: the layout takes"),
+                (("--library", spaced), 1, "WRONG program: the layout reads"),
                 (("--library", self.dir / "a#b/lib/libtovikgui.so"), 1, "WRONG start page: the path"),
                 (("--library", old.with_suffix("")), 1, "WRONG library: only under a versioned"),
                 (("--library", old), 1, "so.1 does not end in \".so\""),
