@@ -17,7 +17,7 @@ enum class OptionKind : char {
 enum class OptionScope : char {
     run, // on the command line and, without "-url" there, among the plug-in's default options
     commandLine, // on the command line alone
-    host // on the command line of the host, which does not hand it to the library
+    host // on the command line of the host, which does not pass it to the library
 };
 
 /// One row of the table.

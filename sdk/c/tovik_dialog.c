@@ -19,7 +19,7 @@
 
 #define MILLISECONDS_OF_GRACE 2000
 
-/* The options of the program, first those that a value follows. */
+/* The options of the program: first those with a value, then the flags. */
 static const char* const kValued[] = {"-url", "-root", "-store", "-title", "-icon", "-size",
     "-position", "-useragent", "-wait", "-plugin", "-config", NULL};
 static const char* const kFlags[]
@@ -33,7 +33,7 @@ static bool is_one_of(const char* word, const char* const* names)
     return *names != NULL;
 }
 
-/* Whether the value of an option is an option itself, as which the program would read it. */
+/* Whether the value of an option is an option itself: the program would read it as one. */
 static bool has_option_as_value(const char* const* words)
 {
     for (; words[0] != NULL && words[1] != NULL; ++words) {
@@ -63,8 +63,8 @@ static int start(pid_t* child, char* const* words, int output)
     return error;
 }
 
-/* The same with "--print" after the program, and a pipe for its standard output. Returns the
- * pipe's other end, or -1. */
+/* Starts the program with "--print" as its first argument and a pipe as its standard output.
+ * Returns the end of the pipe to read from, or -1. */
 static int start_printing(pid_t* child, const char* const* arguments)
 {
     size_t count = 0;
@@ -98,7 +98,8 @@ static long long now(void)
     return time.tv_sec * 1000LL + time.tv_nsec / 1000000;
 }
 
-/* Waits for the child until a time in milliseconds, or for ever when that is negative. */
+/* Waits for the child until a time in milliseconds, or for ever when that is negative; false when
+ * it has not ended by then. */
 static bool has_ended(pid_t child, long long until, int* status)
 {
     const struct timespec pause = {0, 10000000};
@@ -126,7 +127,7 @@ static void end_group(pid_t child)
     }
 }
 
-/* Waits for something to read, or the end of it, until the same time. */
+/* Waits until there is something to read or the pipe has ended; false at the same time limit. */
 static bool is_readable(int source, long long until)
 {
     struct pollfd entry = {source, POLLIN, 0};
@@ -143,8 +144,8 @@ static bool is_readable(int source, long long until)
     }
 }
 
-/* All that comes from the pipe until the same time, released with free(); null when its end does
- * not come, or memory runs out. */
+/* Reads the pipe to its end; released with free(). Null when the end does not come until the same
+ * time, or when memory runs out. */
 static char* read_text(int source, long long until)
 {
     size_t length = 0;

@@ -14,7 +14,7 @@ import urllib.parse
 
 GRACE = 2  # seconds between asking a dialog to end and ending it
 
-# The options of the program, first those that a value follows.
+# The options of the program: first those with a value, then the flags.
 VALUED = frozenset(("-url", "-root", "-store", "-title", "-icon", "-size", "-position",
                     "-useragent", "-wait", "-plugin", "-config"))
 FLAGS = frozenset(("-fullscreen", "-resizing", "-system", "-verbose",
@@ -34,7 +34,7 @@ class TimedOut(NoAnswer, TimeoutError):
 
 
 class Refused(NoAnswer, ValueError):
-    """An argument means something else to the program, or cannot be handed to one."""
+    """An argument means something else to the program, or cannot be passed to it."""
 
 
 def dialog(*arguments, program="tovik", timeout=None, query=None):
@@ -43,11 +43,10 @@ def dialog(*arguments, program="tovik", timeout=None, query=None):
     arguments   options of the program, without "-store"
     program     "tovik", found on PATH, or a path
     timeout     seconds to wait; None waits for ever
-    query       names and values for the start page, a mapping or pairs, encoded here. No argument
-                that holds "://" takes its place, as it would without; {} keeps the page without a
-                query
+    query       names and values for the start page, a mapping or pairs, encoded here. {} gives the
+                page no query. With None the query of the first argument that holds "://" is used
 
-    The answer travels through a pipe. When this process ends, however it does, so does the dialog.
+    The answer comes through a pipe, so that the dialog ends when this process ends, by a signal too.
 
     Raises Cancelled, TimedOut, Refused or, when there is no answer at all, NoAnswer.
     """
