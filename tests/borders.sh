@@ -13,7 +13,7 @@ expect() { # expect ROOM 'ALLOWED...' 'FORBIDDEN...'
 }
 
 compiler=$1 roots=$(realpath "$2")
-cd / || exit 
+cd / || exit # A quoted name is looked up in the working folder first.
 util=util/StringUtil.h process=process/Trace.h plugin=plugin/plugin.h
 bridge=bridge/PluginValues.h webapp=webapp/Geometry.h host=host/Graphics.h
 expect util "$util" "$process $plugin $bridge $webapp $host"
