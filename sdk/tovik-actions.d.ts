@@ -29,7 +29,7 @@ interface TovikActionUrls {
 
 /**
  * Performs an action by navigating to its URL. The script goes on meanwhile, and a navigation that
- * follows in the same task takes the place of this one.
+ * follows in the same task replaces this one.
  */
 type TovikActionPerformers = {
   [Name in keyof TovikActionUrls]: (...values: Parameters<TovikActionUrls[Name]>) => void;

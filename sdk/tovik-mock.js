@@ -1,10 +1,10 @@
-// tovik-mock.js: stands in for the bridge and the window while a page is written in an ordinary
-// browser. Load it before every other script. Where the real `Tovik` exists it does nothing;
-// leave it out of what is delivered all the same. tovik-mock.d.ts describes it.
+// tovik-mock.js: replaces the bridge and the window while a page is written in an ordinary browser.
+// Load it before every other script. It does nothing when the real `Tovik` exists; leave it out of
+// what is delivered all the same. tovik-mock.d.ts describes it.
 //
 //     if (window.TovikMock) { TovikMock.handlers.invoke = name => name === 'Sign' ? 0 : 6; }
 //
-// Actions are taken from TovikActions, and from links, forms and, where the browser has the
+// Actions come from TovikActions, and from links, forms and, where the browser has the
 // Navigation API, assignments to location. Frames, window.open and <meta> refreshes escape.
 'use strict';
 
@@ -149,8 +149,8 @@ if (!window.Tovik) {
 
     const isAction = url => /^tvk:\/\//i.test(url);
 
-    /** Takes the event's place when its URL is an action. */
-    function take(event, url) {
+    /** Performs the action that the event's URL names, instead of what the event would do. */
+    function catchAction(event, url) {
       if (!event.defaultPrevented && isAction(url)) {
         event.preventDefault();
         perform(url);
@@ -169,9 +169,9 @@ if (!window.Tovik) {
       return action.split('?', 1)[0] + '?' + new URLSearchParams(data);
     }
 
-    addEventListener('click', event => take(event, event.target.closest?.('a')?.href ?? ''));
-    addEventListener('submit', event => take(event, urlOfForm(event.target, event.submitter)));
-    window.navigation?.addEventListener('navigate', event => take(event, event.destination.url));
+    addEventListener('click', event => catchAction(event, event.target.closest?.('a')?.href ?? ''));
+    addEventListener('submit', event => catchAction(event, urlOfForm(event.target, event.submitter)));
+    window.navigation?.addEventListener('navigate', event => catchAction(event, event.destination.url));
 
     window.TovikMock = {
       properties, handlers, actions, perform, get answer() { return answer; },
