@@ -1,6 +1,6 @@
-// BenchPlugin.cpp: a plug-in that costs next to nothing, so that what is measured is the way to
-// it. "Text" is a property that keeps what is set; "Web:NAME" is the content of NAME.base64 in the
-// plug-in's directory; "Name" has a short fixed value. Whatever else is set is dropped.
+// BenchPlugin.cpp: a plug-in that does next to nothing, so that only the calls to it are
+// measured. "Text" is a property that keeps what is set; "Web:NAME" is the content of NAME.base64
+// in the plug-in's directory; "Name" has a short fixed value. Whatever else is set is dropped.
 #include "util/Export.h"
 
 #include <cstring>

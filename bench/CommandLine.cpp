@@ -1,5 +1,5 @@
 // CommandLine.cpp: runs the library at argv[1] with the command line that the file argv[2] holds,
-// through EntryAdmin, which takes one of any length.
+// through EntryAdmin, which accepts one of any length.
 #include <cstdio>
 #include <dlfcn.h>
 #include <fstream>

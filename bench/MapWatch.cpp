@@ -1,5 +1,5 @@
 // MapWatch.cpp: prints, for every window that is mapped on the root of the X display, the time on
-// the monotonic clock in nanoseconds. The first line, "ready", tells that it is watching.
+// the monotonic clock in nanoseconds. The first line is "ready": from then on no window is missed.
 #include <X11/Xlib.h>
 
 #include <chrono>

@@ -3,7 +3,7 @@
 
 #include <webkit2/webkit2.h>
 
-/// Shows `view`, which the window takes over, in a window as large as the host's, loads `url` and
+/// Shows `view`, which the window then owns, in a window as large as the host's, loads `url` and
 /// runs the main loop until the page navigates to a URL that begins with "tvk://exit?", which is
 /// printed, or the window is closed.
 void run_page_window(WebKitWebView* view, const char* url);

@@ -77,8 +77,8 @@ template <typename... Further> auto text_call(std::string text, Further... furth
     };
 }
 
-/// A call that moves blocks of `size` bytes over `distance` bytes. Small blocks take turns, so
-/// that no call waits for the bytes that the one before it has just written.
+/// A call that moves blocks of `size` bytes over `distance` bytes. Calls use several small blocks
+/// in turn, so that none waits for the bytes that the one before it has just written.
 auto block_call(std::size_t size, std::size_t distance)
 {
     const std::size_t places = size <= 4096 ? 16 : 1;

@@ -1,5 +1,5 @@
 // ReplyWindow.cpp: the reference of calls across processes: a plain window whose page may send the
-// script message "bench" and gets a reply from this process.
+// script message "bench" and receives a reply from this process.
 #include "PageWindow.h"
 
 #include <cstdio>

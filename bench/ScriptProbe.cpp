@@ -1,6 +1,6 @@
 // ScriptProbe.cpp: a web extension that gives every page the object `Bench` with the references
-// of the script functions: `nothing`, the least a native function can do, and `convert`, a text
-// taken from the page through JSStringGetUTF8CString and dropped.
+// of the script functions: `nothing`, which does nothing, and `convert`, which reads a text of the
+// page through JSStringGetUTF8CString and drops it.
 #include "util/Export.h"
 #include "util/Owned.h"
 

@@ -16,12 +16,12 @@ for file in "${files[@]}"; do
     [[ $file == *.md ]] || continue
     while read -r link; do
         [ -e "$(dirname "$file")/$link" ] && continue
-        echo "$file: there is no $link" >&2
+        echo "$file: the link $link leads nowhere" >&2
         broken=1
     done < <(grep -oP '(\]\(|src=")(?!https?:)\K[^)"#]+' "$file")
     while read -r script; do
         [ -e "$script" ] && continue
-        echo "$file: there is no $script" >&2
+        echo "$file: no script $script exists" >&2
         broken=1
     done < <(grep -oP '`\Kscripts/[^` ]+' "$file")
 done

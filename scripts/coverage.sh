@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs all tests with line counters in both processes and prints what they reach of the library.
+# Runs all tests with line counters in both processes and prints which lines of the library they reach.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -1,5 +1,5 @@
-"""Faults that take minutes, need root, or touch the machine around a run, and all other faults that
-the tests know: one line for each, and how many of them were survived. See faults.sh."""
+"""Faults that last minutes, need root, or change the machine around a run, and the faults of the
+tests: prints one line for each, and how many were survived. See faults.sh."""
 import os
 import pathlib
 import resource
@@ -36,7 +36,7 @@ class Faults(Shell):
     window_manager = True
 
     def small_disk(self, *options):
-        """A file system of 64 KiB, without which the fault is passed over."""
+        """Mounts a file system of 64 KiB; without root the test is skipped."""
         disk = self.dir / "disk"
         disk.mkdir()
         mount = ["mount", "-t", "tmpfs", "-o", ",".join(("size=64k", *options)), "none", disk]
@@ -49,7 +49,7 @@ class Faults(Shell):
         return int(self.until(lambda: self.ask(f"pgrep -P {self.process.pid} {name}").strip()))
 
     def refused(self, path):
-        """With "--print", one line says that this is no place for an answer."""
+        """With "--print", one line says that the answer cannot be written there."""
         self.start("-url", self.page(ALIVE), "--print", "-store", path)
         self.finish(1)
         self.assertEqual((self.trace, self.errors.count("\n")), ("", 1), self.errors)
@@ -158,7 +158,7 @@ class Faults(Shell):
             self.assertIn(self.finish(self.process.returncode), (None, "alive", "CKR_CANCEL"))
 
     def closed(self):
-        """Asks whatever window there is to close; whether the process has ended."""
+        """Closes whatever window is open; whether the process has ended."""
         self.ask("xdotool search --onlyvisible --class tovik windowactivate key alt+F4")
         return self.process.poll() is not None
 
@@ -194,7 +194,7 @@ class Faults(Shell):
 
 
 class Lines(unittest.TestResult):
-    """One line for each fault, begun before it and ended after it."""
+    """Prints one line for each fault: its name first, its outcome at the end."""
 
     def startTest(self, test):
         super().startTest(test)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Has Tovik meet one fault after another and says of each whether it was survived; takes about five
-# minutes. With names such as __main__.Faults.test_read_only_home, only those.
+# Runs Tovik into one fault after another and says which were survived, in about five minutes. Names
+# such as __main__.Faults.test_read_only_home restrict it to those.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

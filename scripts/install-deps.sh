@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs every package that building, running and testing Tovik needs on Debian 12, and those
-# named: install-deps.sh [PACKAGE...]. Asks nothing, uses sudo when it is not run by root, and does
-# nothing when all is there.
+# named: install-deps.sh [PACKAGE...]. It asks nothing, uses sudo when it is not run by root, and does
+# nothing when all packages are installed.
 set -euo pipefail
 
 packages=(

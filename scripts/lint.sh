@@ -13,7 +13,7 @@ trap 'rm -rf "$database"' EXIT
 sed -E 's/-fno-(tree-loop-distribute-patterns|gnu-unique)//g' "$build/compile_commands.json" \
     >"$database/compile_commands.json"
 
-# What this build compiles; the other files are of other builds.
+# Only files that this build compiles; clang-tidy needs their options.
 mapfile -t sources < <(printf '%s\n' "${files[@]}" | grep '\.cpp$' | while read -r file; do
     if grep -q "\"$PWD/$file\"" "$database/compile_commands.json"; then echo "$file"; fi
 done)

@@ -1,17 +1,17 @@
 #!/usr/bin/env bash
 # Makes the Debian packages and tries them: builds, checks, installs into a clean root, shows a
 # dialog there, and purges. Without root, which the clean root needs, it only builds and checks, and
-# fails. Ends with one line for each step; the packages are in build/package.
+# fails. Prints one line for each step; the packages are in build/package.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/display.sh
 packages=$PWD/build/package
 
-# step TEXT COMMAND...: carries out one step; what it printed is shown when it fails.
+# step TEXT COMMAND...: carries out one step; its output is shown when it fails.
 step() {
     local text=$1 start=$SECONDS status
     shift
-    set +e # the command ends at its first failure, which it would not as a condition
+    set +e # not "if": within a condition the command would go on after a failure
     (set -e && "$@") >"$log" 2>&1
     status=$?
     set -e
@@ -24,8 +24,8 @@ step() {
     printf 'ok  %4d s  %s\n' $((SECONDS - start)) "$text"
 }
 
-# Waits for the last process that a failed step has left in the clean root: mmdebstrap, which tries
-# only once, would leave the root behind and mounted.
+# Waits until no process of a failed step uses the clean root: mmdebstrap tries to unmount it only
+# once, and would otherwise leave it mounted.
 release_root() {
     local end=$((SECONDS + 60))
     until umount "$root/proc" 2>/dev/null || [ $SECONDS -ge $end ]; do :; done
@@ -62,7 +62,7 @@ show_dialog() {
     local dialog=$!
     type_answer "$dialog"
     wait "$dialog"
-    # The engine's processes end a little later, and until then the root cannot be removed.
+    # The engine's processes end a little later; the root cannot be removed before.
     local end=$((SECONDS + 60))
     while find /proc/[0-9]*/root -maxdepth 0 -lname "$root" 2>/dev/null | grep -q .; do
         [ $SECONDS -lt $end ]
@@ -84,7 +84,7 @@ purge() {
     chroot "$root" apt-get purge -y tovik tovik-dev
     local left
     left=$(find "$root" -xdev -path "$root/proc" -prune -o -iname '*tovik*' -print)
-    echo "left behind: $left"
+    echo "left after the purge: $left"
     [ -z "$left" ]
 }
 
@@ -106,7 +106,7 @@ else
         echo 'package.sh: the packages are in build/package, and not tried: that needs root' >&2
         exit 1
     fi
-    # Its own place is that of the display's socket, which gets a second name in the clean root.
+    # On the file system of the display's socket, which gets a second name in the clean root.
     TMPDIR=/tmp mmdebstrap --quiet --variant=apt \
         --customize-hook="$(printf '%q --in-root "$1" %q' "$PWD/scripts/package.sh" "$EPOCHSECONDS")" \
         "$(. /etc/os-release && echo "$VERSION_CODENAME")" /dev/null

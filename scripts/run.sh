@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds Tovik and shows the demo dialog, or any page: run.sh [PAGE-OR-URL [OPTION]...]
-# Without a display it starts a virtual one; the demo dialog then fills itself in, and a screenshot is
-# kept. The last line is "answer: " and the text of the result file.
+# Without a display it starts a virtual one; the demo dialog then fills itself in, and a screenshot
+# is kept. The last line is "answer: " and the text of the result file.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 demo=$root/build/release/demo
@@ -19,14 +19,14 @@ if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     export DBUS_SESSION_BUS_ADDRESS=disabled:
 fi
 
-# The program is started with these words; a page on the disk becomes a URL.
+# The program's arguments; a page on the disk becomes a URL.
 words=("$@")
 if [ $# -eq 0 ]; then
     [ -z "$display_process" ] || words=('demo://dialog?auto')
 elif [[ $1 == *://* ]]; then
     words=(-url "$@")
 else
-    # These have a meaning of their own in a URL.
+    # These characters have a meaning of their own in a URL.
     path=$(realpath -- "$1" | sed 's/%/%25/g; s/#/%23/g; s/?/%3F/g')
     words=(-url "file://$path" "${@:2}")
 fi
@@ -35,8 +35,8 @@ rm -f "$demo/screenshot.png"
 "$demo/bin/tovik" "${words[@]}" -store "$result/answer" &
 tovik=$!
 
-# Takes pictures of the screen as long as the window is there; the last whole one stays. (Asked for
-# a window that has just gone, import would wait for somebody to click on another.)
+# Takes pictures of the screen while the window exists, and keeps the last complete one. (Given a
+# window that has just been closed, import would wait for a click on another.)
 if [ -n "$display_process" ]; then
     while kill -0 "$tovik" 2>/dev/null; do
         if import -silent -window root "$result/picture.png" 2>/dev/null &&

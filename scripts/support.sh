@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Shows a dialog in each kind of desktop session that can be had without a screen, and prints one
-# line for each: what was seen of the window, where the session tells, and that the answer came.
+# Shows a dialog in each kind of desktop session that runs without a screen, and prints one line for
+# each: the window's size and place, where the session tells them, and that the answer arrived.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/display.sh

@@ -8,7 +8,7 @@ cmake --preset dev >/dev/null
 cmake --build --preset dev >/dev/null
 export LD_LIBRARY_PATH=$PWD/build/dev/tests/plugins/default
 
-# A process for each test, as ctest has it: what a test leaves loaded is not the next one's business.
+# A process for each test, as in ctest, so that no test meets libraries that another has loaded.
 for program in util plugin bridge webapp; do
     "build/dev/tests/$program-test" --gtest_list_tests | awk '/^[^ ]/ {suite = $1} /^ / {print suite $1}' |
         xargs -P "$(nproc)" -I TEST valgrind --quiet --error-exitcode=1 --leak-check=full \

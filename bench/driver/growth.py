@@ -1,5 +1,5 @@
 """How the time grows with the work: curves over texts, frames, pages, foreign libraries, command
-lines and responses, judged by the dearest step to ten times the work."""
+lines and responses, judged by the most expensive step to ten times the work."""
 
 import base64
 from dataclasses import dataclass
@@ -124,9 +124,9 @@ def amount(number):
 
 
 def judge(curve, name, times):
-    """The ratio is that of the dearest step from some work to ten times as much. Below the amount
-    stated, where the time is less than twice the least, the fixed cost of a call or run hides the
-    growth."""
+    """The ratio is that of the most expensive step from some amount of work to ten times as much.
+    The row states the first amount whose time is twice the shortest one; below it, the fixed cost
+    of a call or run hides the growth."""
     steps = {n: times[10 * n] / time for n, time in times.items() if n > 0 and 10 * n in times}
     worst = max(steps, key=steps.get)
     least = min(times.values())

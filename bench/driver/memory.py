@@ -1,4 +1,4 @@
-"""Peak memory of the shell process and of the web process against those of the bare window."""
+"""Peak memory of the user-interface process and the web process against that of the bare window."""
 
 import re
 import time
@@ -9,7 +9,7 @@ from process import run
 from table import cost_row, memory_size
 
 WANTED = 1.01
-WEB_PROCESS = "WebKitWebProcess"[:15]  # as long as the kernel keeps the name of a process
+WEB_PROCESS = "WebKitWebProcess"[:15]  # the kernel keeps 15 characters of a process's name
 
 
 def status(process):
@@ -21,10 +21,10 @@ def status(process):
     return dict(re.findall(r"(\w+):\s*(\S+)", text))
 
 
-def web_process_of(shell):
+def web_process_of(host):
     for process in Path("/proc").glob("[0-9]*"):
         fields = status(process)
-        if fields.get("Name") == WEB_PROCESS and fields.get("PPid") == str(shell):
+        if fields.get("Name") == WEB_PROCESS and fields.get("PPid") == str(host):
             return process
     return None
 
@@ -33,15 +33,15 @@ class Peaks:
     """Follows the peaks of a run, in KiB, until its processes give up their memory."""
 
     def __init__(self):
-        self.shell = 0
+        self.host = 0
         self.web = 0
 
-    def observe(self, shell):
-        shell_process = Path("/proc") / str(shell)
+    def observe(self, host):
+        host_process = Path("/proc") / str(host)
         web_process = None
-        while "VmHWM" in (fields := status(shell_process)):
-            self.shell = max(self.shell, int(fields["VmHWM"]))
-            web_process = web_process or web_process_of(shell)
+        while "VmHWM" in (fields := status(host_process)):
+            self.host = max(self.host, int(fields["VmHWM"]))
+            web_process = web_process or web_process_of(host)
             if web_process:
                 self.web = max(self.web, int(status(web_process).get("VmHWM", 0)))
             time.sleep(0.02)
@@ -65,9 +65,9 @@ def rows(stage, display, rounds):
         cost_row(
             f"peak memory: {name} process",
             "bare window",
-            *(median(getattr(peaks, name) for peaks in column) for column in zip(*turns)),
+            *(median(getattr(peaks, field) for peaks in column) for column in zip(*turns)),
             memory_size,
             WANTED,
         )
-        for name in ("shell", "web")
+        for field, name in (("host", "user-interface"), ("web", "web"))
     ]

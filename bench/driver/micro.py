@@ -25,7 +25,7 @@ FASTER = 1.01
 
 def run(program, rounds):
     """Median processor time in nanoseconds of each benchmark of the program, whose repetitions
-    take turns."""
+    are interleaved."""
     output = subprocess.run(
         [
             program,

@@ -14,8 +14,8 @@ PR_SET_CHILD_SUBREAPER = 36
 LIMIT_IN_SECONDS = 300
 
 libc = ctypes.CDLL(None, use_errno=True)
-# What a program leaves behind, WebKit's processes above all, becomes a child of this one and is
-# waited for, so that it takes no time from the next run.
+# Processes that a program leaves, above all those of WebKit, become children of this one, which
+# waits for them, so that they use no processor time during the next run.
 libc.prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
 
 
@@ -26,12 +26,12 @@ class Run:
     started: int  # nanoseconds on the monotonic clock
     started_epoch: float  # milliseconds since the epoch, the clock of a page
     exit: float
-    cpu: float  # of the shell process alone
+    cpu: float  # of the user-interface process alone
     answer: object  # what the page left with, from JSON
 
 
 def processor_time(pid):
-    """Nanoseconds of processor time that the process, which may have ended, has taken."""
+    """Nanoseconds of processor time that the process, which may have ended, has used."""
     clock = ctypes.c_int()
     error = libc.clock_getcpuclockid(pid, ctypes.byref(clock))
     if error != 0:

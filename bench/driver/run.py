@@ -16,7 +16,7 @@ from stage import Stage
 
 SOURCE = Path(__file__).resolve().parents[2]
 
-# Each takes the stage, the display and the number of rounds, and returns rows of the table.
+# Each accepts the stage, the display and the number of rounds, and returns rows of the table.
 SECTIONS = {
     "startup": startup.rows,
     "memory": memory.rows,
@@ -39,14 +39,14 @@ def parse_arguments():
         "--rounds",
         type=int,
         default=25,
-        help="rounds of the start-up (default %(default)s); memory and growth take a fifth",
+        help="rounds of the start-up (default %(default)s); memory and growth run a fifth",
     )
     arguments = parser.parse_intermixed_args()
     unknown = [name for name in arguments.sections if name not in SECTIONS]
     if unknown:
         parser.error(f"no section {', '.join(unknown)}")
     if arguments.rounds < 1:
-        parser.error("there must be a round at least")
+        parser.error("--rounds must be at least 1")
     return arguments
 
 

@@ -27,8 +27,8 @@ class Stage:
         shutil.copy(self.tools / "libtovik.so", self.library.parent)
 
     def environment(self, display):
-        """Environment of a run: nothing of the user's desktop, and no way to a message bus, which
-        the accessibility support of GTK would wait for."""
+        """Environment of a run: nothing of the user's desktop, and no message bus, for which
+        the accessibility support of GTK would wait."""
         kept = {name: os.environ[name] for name in ("PATH", "LANG") if name in os.environ}
         home = str(self.directory / "home")
         return kept | {

@@ -1,4 +1,4 @@
-"""The start-up of the host against that of the bare window, which is also held against itself."""
+"""The start-up of the host against that of the bare window, which is also compared with itself."""
 
 from itertools import cycle, islice, permutations
 from statistics import median
@@ -12,7 +12,7 @@ WANTED = {
     "first page script": 1.00,
     "first frame": 1.00,
     "exit": 1.00,
-    "CPU of the shell process": 1.00,
+    "CPU of the user-interface process": 1.00,
 }
 STEADY = (0.97, 1.03)
 
@@ -38,7 +38,7 @@ def rows(stage, display, rounds):
     times = {name: [] for name, _ in contestants}
     for _, command in contestants:  # brings the files into memory; its times are not kept
         measure(stage, display, command)
-    # Each takes every place, and has either of the others before it.
+    # Over the rounds, each runs in every place and after either of the others.
     for order in islice(cycle(permutations(contestants)), rounds):
         for name, command in order:
             times[name].append(measure(stage, display, command))

@@ -12,9 +12,9 @@ END = "<!-- measured: end -->"
 
 @dataclass
 class Row:
-    """A ratio beside the wanted one, both with two decimals. `at_most` tells whether the ratio is
-    ours by the reference's, and may not exceed the wanted one, or the reference's by ours, and has
-    to reach it."""
+    """A ratio and the wanted one, both with two decimals. With `at_most` the ratio is our figure
+    divided by the reference's and may not exceed the wanted one; otherwise it is the inverse and
+    has to reach it."""
 
     what: str
     against: str
@@ -46,12 +46,12 @@ class Row:
 
 
 def cost_row(what, against, ours, theirs, unit, wanted, judged=True):
-    """Row of what we take by what the reference takes."""
+    """Row of our figure divided by that of the reference."""
     return Row(what, against, unit(ours), unit(theirs), ours / theirs, wanted, True, judged)
 
 
 def speed_row(what, against, ours, theirs, unit, wanted):
-    """Row of how many times faster than the reference we are."""
+    """Row of how many times faster we are than the reference."""
     return Row(what, against, unit(ours), unit(theirs), theirs / ours, wanted, False)
 
 
@@ -67,7 +67,7 @@ def milliseconds(value):
 
 
 def memory_size(value):
-    """Of a number of KiB."""
+    """A number of KiB as text."""
     return f"{value / 1024:.1f} MiB"
 
 

@@ -20,14 +20,14 @@ function loop(source) {
     return new Function('count', 'text', `for (let i = 0; i < count; ++i) { ${source}; }`);
 }
 
-/// Milliseconds that `count` rounds take.
+/// Duration of `count` rounds in milliseconds.
 function duration(run, count, text) {
     const start = performance.now();
     run(count, text);
     return performance.now() - start;
 }
 
-/// A number of rounds that takes about `milliseconds`; one at least.
+/// A number of rounds, at least one, that last about `milliseconds`.
 function lasting(milliseconds, run, text) {
     let count = 1;
     while (duration(run, count, text) < milliseconds) {
@@ -36,8 +36,8 @@ function lasting(milliseconds, run, text) {
     return count;
 }
 
-/// Nanoseconds a call takes, of each of the named sources, which take turns, in each of so many
-/// rounds of about `milliseconds`.
+/// Nanoseconds of one call of each named source, in each of `rounds` rounds of about `milliseconds`.
+/// The sources run in turn.
 function compare(sources, rounds, milliseconds, text) {
     const contestants = Object.entries(sources).map(([name, source]) => {
         const run = loop(source);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr char kPin[] = "2468";
 
-/// The system in the form that the host takes its part of the user agent from:
+/// The system in the form of which the shell makes its part of the user agent:
 /// "name major.minor;machine".
 std::string machine_info()
 {

@@ -10,10 +10,10 @@ public:
     /// Sets a property of the page's own, for example "Pin".
     void set_property(const std::string& name, const std::string& value);
 
-    /// Value of a property, empty when there is none. The text lives until the next call.
+    /// Value of a property, empty when it does not exist. The text lives until the next call.
     const char* property(const std::string& name);
 
-    /// Name of the first property behind `previous`, in the order of names, that begins with
+    /// Name of the first property after `previous`, in the order of names, that begins with
     /// `prefix`; empty at the end. Starting with an empty `previous`, a page reads them all.
     const char* next_property(const std::string& prefix, const std::string& previous);
 

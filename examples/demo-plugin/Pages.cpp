@@ -5,7 +5,7 @@
 
 namespace {
 
-// The host writes the query of the command line between the quotes behind STARTUP_ARG.
+// The host writes the query of the command line between the quotes after STARTUP_ARG.
 const std::map<std::string, const char*> kPages = {
     {"about.html",
         R"(<!doctype html><html lang="en"><head><meta charset="utf-8"><title>About</title>

@@ -3,5 +3,5 @@
 
 #include <string>
 
-/// The page at `path` in base64, the form in which the host asks for it; empty when there is none.
+/// The page at `path` in base64, the form in which the host asks for it; empty when none exists.
 std::string encoded_page(const std::string& path);

@@ -1,4 +1,4 @@
-// Finding the plug-in, and what the shell takes from it.
+// Finding the plug-in, and what the shell reads from it.
 #include "bridge/InfoTexts.h"
 #include "bridge/WebBridge.h"
 #include "plugin/plugin.h"

@@ -67,7 +67,7 @@ class Shell(unittest.TestCase):
         """Waits until the condition holds and returns its value."""
         deadline = time.monotonic() + patience
         while not (value := condition()):
-            self.assertLess(time.monotonic(), deadline, "waited in vain")
+            self.assertLess(time.monotonic(), deadline, "the condition never held")
             time.sleep(0.02)
         return value
 
@@ -133,7 +133,7 @@ class Shell(unittest.TestCase):
             lambda: self.ask(f"xdotool search --onlyvisible --pid {self.process.pid}").strip())
 
     def close_window(self):
-        """Closes the window as a user does, again until the host has taken note."""
+        """Closes the window as a user does, again and again until the host has ended."""
         def closed():
             self.ask(f"xdotool windowactivate --sync {window} key alt+F4")
             return self.process.poll() is not None
@@ -160,7 +160,7 @@ class Shell(unittest.TestCase):
         self.assertEqual(seen, expected, command)
 
     def engine_processes(self):
-        """The engine's processes that are left; they end a little after the host."""
+        """The engine's processes that still run; they end a little after the host."""
         mark = f"XDG_RUNTIME_DIR={self.runtime}\0".encode()
         for environment in pathlib.Path("/proc").glob("[0-9]*/environ"):
             with contextlib.suppress(OSError):
@@ -168,7 +168,7 @@ class Shell(unittest.TestCase):
                     yield int(environment.parent.name)
 
     def check_sanitizer_logs(self):
-        """Reports of our own code; the libraries below leave hundreds of leaks themselves."""
+        """Only reports of our own code count: GTK and WebKit have hundreds of leaks of their own."""
         deadline = time.monotonic() + 10
         while any(self.engine_processes()) and time.monotonic() < deadline:
             time.sleep(0.02)
@@ -179,5 +179,5 @@ class Shell(unittest.TestCase):
             self.assertNotIn("runtime error:", text)
             self.assertNotIn("ERROR: AddressSanitizer", text)
             for report in text.split("\n\n"):
-                behind_allocator = next((x for x in report.splitlines() if "    #1 " in x), "")
-                self.assertNotIn(str(SOURCE), behind_allocator if " leak of " in report else "")
+                first_caller = next((x for x in report.splitlines() if "    #1 " in x), "")
+                self.assertNotIn(str(SOURCE), first_caller if " leak of " in report else "")

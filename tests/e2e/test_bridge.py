@@ -55,8 +55,8 @@ for (; n < 1000; ++n) { document.body.append(document.createElement('iframe')); 
 for (const f of document.querySelectorAll('iframe')) {
     own.add(f.contentWindow.Tovik); n -= f.contentWindow.Tovik.Invoke('abc') === 3; }
 exit('OK', own.size + ' ' + n); }"""
-# The engine collects garbage only once there is enough of it: the calls go on until a million of
-# them leave nothing behind, which never comes to pass where each call leaks.
+# The engine collects garbage only when there is enough of it: the calls go on until a million of
+# them use no more memory, which never happens when each call leaks.
 MEMORY = """const grown = {};
 for (const [name, ...values] of [['GetProperty', 'quiet'], ['SetProperty', 'quiet', 'b'],
         ['EnumProperty', 'a', 'b'], ['Invoke', 'quiet']]) {
@@ -138,7 +138,7 @@ class Bridge(Shell):
             self.assertRegex(self.run_host("-verbose", *arguments), rf"^\d {agent}/5.0 ")
             self.assertEqual("App - UserAgent: Product/6.12 Mozilla" in self.trace,
                              "UserAgent:" in self.trace, self.trace)
-        # Both processes take the plug-in, and the user-interface process gives it back.
+        # Both processes load the plug-in, and the user-interface process closes it.
         log = self.log()
         self.assertIn("older initialize null null null null\n", log)
         self.assertGreaterEqual(log.count("finalize"), 4)

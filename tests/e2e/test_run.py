@@ -187,7 +187,7 @@ class Run(Shell):
         self.until(lambda: self.log().count("\n") == 3)
         self.assertEqual(self.log(), "hidden 141\nhome 141\nnone://localhost/a?b 141\n")
 
-    @unittest.skipIf(SANITIZER, "the accessibility bus takes tens of seconds to start")
+    @unittest.skipIf(SANITIZER, "the accessibility bus needs tens of seconds to start")
     def test_dialog_is_read_through_the_accessibility_bus(self):
         del self.environment["DBUS_SESSION_BUS_ADDRESS"]
         tree = subprocess.run(

@@ -1,6 +1,6 @@
 // Fuzz targets. FUZZ_TARGET names the function that a fuzzer calls; without it the program replays
-// seeds through all FUZZ_TARGETS. Each function compares with a plain model or checks what must hold
-// for every input, and aborts when it does not.
+// seeds through all FUZZ_TARGETS. Each function compares with a plain model or checks what must
+// hold for every input, and aborts when it does not.
 #include "bridge/InfoTexts.h"
 #include "util/StringUtil.h"
 #include "util/Utility.h"
@@ -64,11 +64,11 @@ void action_urls(const std::string& input)
     const auto [url, name] = halves(input);
     const OwnedText uri = exact(url);
     const std::size_t scheme = url.find("://");
-    const std::string behind = scheme == std::string::npos ? "" : url.substr(scheme + 3);
+    const std::string path = scheme == std::string::npos ? "" : url.substr(scheme + 3);
     const OwnedText action(get_uri_action(uri.get()));
-    require(action ? action.get() == behind.substr(0, behind.find('?')) && *action.get() != 0
-                   : behind.empty() || behind[0] == '?');
-    // The item begins behind the first "?", or at the start, or behind a "&".
+    require(action ? action.get() == path.substr(0, path.find('?')) && *action.get() != 0
+                   : path.empty() || path[0] == '?');
+    // The item begins after the first "?", or at the start, or after a "&".
     std::string query = "&";
     query += url.substr(url.find('?') + 1);
     const std::string start = '&' + name + '=';

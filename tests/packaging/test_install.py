@@ -1,4 +1,4 @@
-"""What an installation gives: programs by their links, packages for CMake, products of others."""
+"""What an installation provides: programs by their links, packages for CMake, other brands."""
 import configparser
 import shutil
 

@@ -151,9 +151,9 @@ TEST_F(Plugins, AreReachedByTheirHandleAlone)
 // would make it call itself without end.
 TEST_F(Plugins, OwnFunctionsOfTheLibraryCountAsMissing)
 {
-    void* product = dlopen(TOVIK_LIBRARY, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(product, nullptr) << dlerror();
-    auto* available = reinterpret_cast<decltype(&P_Available)>(dlsym(product, "P_Available"));
+    void* tovikgui = dlopen(TOVIK_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(tovikgui, nullptr) << dlerror();
+    auto* available = reinterpret_cast<decltype(&P_Available)>(dlsym(tovikgui, "P_Available"));
     EXPECT_EQ(available(library("linked").c_str()), nullptr);
     EXPECT_NE(available(library("older").c_str()), nullptr);
 }

@@ -28,7 +28,7 @@ bool refused()
 }
 
 /// Makes a list with the first, second, ... allocation failing, until none fails any more. Returns
-/// how many allocations the list takes.
+/// how many allocations the list needs.
 template <typename Make> int fail_each(const Make& make)
 {
     for (int number = 0;; ++number) {
@@ -89,7 +89,7 @@ TEST(ArgumentList, IsJoinedAsFreshCopies)
     free_argument_list(nullptr);
 }
 
-// What a failure leaves behind shows under AddressSanitizer.
+// AddressSanitizer reports what a failure leaves allocated.
 TEST(ArgumentList, FailsAsAWholeWithAnyAllocation)
 {
     int count = 0;

@@ -60,7 +60,7 @@ TEST_F(Layout, KnowsItsOwnPlace)
     EXPECT_EQ(output("bash -c 'exec -a cat opt/bin/tovik application'"),
         "1|" + fs::canonical("/usr/bin/cat").string());
     EXPECT_EQ(output("bash -c 'exec -a nowhere opt/bin/tovik application'"), "1|nowhere");
-    const std::string longName(300, 'x'); // would not fit behind "/usr/bin/"
+    const std::string longName(300, 'x'); // would not fit after "/usr/bin/"
     EXPECT_EQ(output("bash -c 'exec -a " + longName + " opt/bin/tovik application 400'"),
         "1|" + longName);
     EXPECT_EQ(output("bash -c 'exec -a \"\" opt/bin/tovik application'"), "0|");

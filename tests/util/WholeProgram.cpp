@@ -1,4 +1,4 @@
-// The primitives on texts that the compiler sees whole, so that it may take a read beyond them for
+// The primitives on texts that the compiler sees whole, so that it may treat a read beyond them as
 // impossible: in one unit with the primitives, or with a linker that optimises.
 #include "util/StringUtil.h"
 

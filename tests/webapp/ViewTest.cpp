@@ -1,4 +1,4 @@
-// What no page brings about while TLS errors are ignored and there is one window, called directly.
+// Calls what no page can cause while TLS errors are ignored and only one window exists.
 #include "webapp/View.h"
 
 #include "bridge/WebBridge.h"
