@@ -18,7 +18,7 @@ std::string refusal(const std::string& text, const std::string& rest)
     }
     const auto place = static_cast<std::size_t>(fault - whole.c_str());
     return "\"" + text + "\" is refused by WebKit at "
-        + (place < text.size() ? "\"" + text.substr(place) + "\"" : "its end")
+        + (place < text.size() ? '"' + text.substr(place) + '"' : "its end")
         + "; write words of ASCII letters, digits and -._, each with one /version at most, and "
           "anything else in ()";
 }
