@@ -5,6 +5,8 @@
 namespace {
 
 constexpr Size kDefaultSize = {320, 512};
+
+/// Lowest width and height of the window, at its start and after each resize.
 constexpr std::uint32_t kMinimum = 64;
 
 /// Height of the title bar, subtracted from the height of a window that pixels or "-fullscreen"
