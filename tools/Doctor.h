@@ -24,9 +24,10 @@ void examine_installation(const std::string& program, Report& report);
 void examine_plugin_files(Report& report);
 
 /// Examines the run that the process arguments ask for: plug-in, options, start page, user agent,
-/// icon, answer, window.
-/// When g_CallRecorder says that the plug-in is loaded, the plug-in and the library are loaded into this
-/// process. prints  whether the host is asked to print the answer
+/// icon, answer, window. Loads the plug-in and the library into this process if
+/// g_CallRecorder.loadsPlugin is true.
+///
+/// prints  whether the host is asked to print the answer
 void examine_run(bool prints, Report& report);
 
 /// Examines the engine, its environment variables and the graphics driver.
