@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Checks the documents: spelling of the whole tree, manual pages, and links between files.
+# Checks the documents: spelling of the whole tree, manual pages, doc comments of the headers where
+# Doxygen is installed, and links between files.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -10,6 +11,12 @@ codespell --ignore-words-list=nd,fo,hel,statics "${files[@]}"
 
 # From their own folder, where their references to each other are found.
 (cd docs/man && mandoc -Tlint -Wstyle -- *.[13])
+
+if command -v doxygen >/dev/null; then
+    scratch=$(mktemp -d)
+    trap 'rm -rf "$scratch"' EXIT
+    scripts/reference.sh "$scratch/reference"
+fi
 
 broken=0
 for file in "${files[@]}"; do

@@ -34,7 +34,7 @@ release_root() {
 build() {
     rm -f "$packages"/*.deb
     cmake --preset package
-    cmake --build --preset package
+    cmake --build --preset package --target all reference
     (cd "$packages" && cpack)
 }
 

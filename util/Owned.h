@@ -21,6 +21,7 @@ using OwnedFile = std::unique_ptr<FILE, ReleaseWith<std::fclose>>;
 /// made.
 class OwnedDescriptor {
 public:
+    /// Owns `descriptor`, which may be negative.
     explicit OwnedDescriptor(int descriptor) noexcept
         : m_descriptor(descriptor)
     {
