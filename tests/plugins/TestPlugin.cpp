@@ -118,6 +118,12 @@ const char* get_property(void* instance, const char* name)
     if (wanted == "invalid") {
         return "a\xff\xfe";
     }
+    if (wanted == "freed") {
+        char* text = new char[64] {"freed"};
+        char* volatile answer = text; // which keeps the compiler from seeing it
+        delete[] text;
+        return answer; // NOLINT(clang-analyzer-cplusplus.NewDelete): the fault it is here for
+    }
     if (wanted == "endless") {
         return endless_text();
     }
@@ -159,6 +165,8 @@ unsigned long invoke(void*, const char* name)
         throw std::runtime_error("thrown by the plug-in");
     } else if (command == "hang") {
         std::this_thread::sleep_for(std::chrono::hours(1));
+    } else if (command == "slow") {
+        std::this_thread::sleep_for(std::chrono::milliseconds(120));
     } else if (command == "exit") {
         std::_Exit(0);
     } else if (command == "close") {
