@@ -15,22 +15,26 @@ public:
         m_properties[name] = value;
     }
 
-    /// Value of a property; the text lives until the next call.
+    /// Value of a property; the text lives until the next call. Null when there is none.
     const char* property(const std::string& name)
     {
         if (name == "ProductInfo") {
             m_answer = "MyProduct;plug-in;0100,first"; // version 01.00, for the user agent
         } else {
             const auto found = m_properties.find(name);
-            m_answer = found == m_properties.end() ? "" : found->second;
+            if (found == m_properties.end()) {
+                return nullptr;
+            }
+            m_answer = found->second;
         }
         return m_answer.c_str();
     }
 
-    /// The value of `first`, or of `second` where that is empty.
+    /// The value of `first`, or of `second` where there is none.
     const char* either(const std::string& first, const std::string& second)
     {
-        return *property(first) != 0 ? m_answer.c_str() : property(second);
+        const char* value = property(first);
+        return value != nullptr ? value : property(second);
     }
 
     unsigned long invoke(const std::string& command)
