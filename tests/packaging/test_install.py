@@ -32,6 +32,8 @@ class Install(Installed):
         plugin = self.dir / "out/demo-plugin/libtovik.so"
         for library in (plugin, self.dir / "out/libby-hand.so"):
             self.do("tovik-plugin-check", library)
+            self.do("tovik-plugin-trace", library, "-o", "traced.so")
+            self.do("tovik-plugin-call", "traced.so", "get", "UserAgentId")
 
         shutil.copytree(self.examples / "demo", self.dir / "pages")
         (self.dir / "pages/logo.ico").rename(self.dir / "icon")
