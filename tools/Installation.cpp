@@ -4,6 +4,7 @@
 #include "tools/CallRecorder.h"
 #include "tools/Doctor.h"
 #include "tools/ElfFile.h"
+#include "tools/PageLinks.h"
 #include "util/Utility.h"
 
 #include <filesystem>
@@ -260,6 +261,7 @@ void examine_installation(const std::string& program, Report& report)
     }
     examine_library(report);
     examine_brand(report);
+    examine_mock(g_CallRecorder.module, report);
 }
 
 void examine_plugin_files(Report& report)

@@ -4,6 +4,7 @@
 #include "process/ProcessState.h"
 #include "tools/CallRecorder.h"
 #include "tools/Doctor.h"
+#include "tools/PageLinks.h"
 #include "tools/UserAgent.h"
 #include "util/Utility.h"
 #include "webapp/Options.h"
@@ -195,6 +196,7 @@ void examine_start_page(const Run& run, Report& report)
         report.wrong("start page", fault);
     } else {
         report.ok("start page", found + (places.empty() ? "" : "; " + places));
+        examine_page_links(page_file(url, found), report);
     }
 }
 

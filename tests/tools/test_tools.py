@@ -43,6 +43,13 @@ CHECKS = [
      "WRONG start page: no property Web:no", "WRONG default options: -root has no effect here"),
 ]
 WRONG_MACHINE = b"\x7fELF\x02\x01\x01" + bytes(9) + b"\x03\x00\xb7\x00" + bytes(44)
+LINKS = """<!doctype html><link href=/assets/a.css><a href='a b.js?x&amp;y#z'>x</a><base href="">
+<!-- <img src=c.png> --><script src="tovik-mock.js"></script><script SRC = "//cdn/x.js"></script>
+<template><img src="{{x}}"></template><img src="data:image/png;base64,x#y"><a href=tvk://exit>
+<script type=module>import{a}from"./m.js"; import './%61%20b.js'; import "bare"; x = "</s"
+// import "./old.js"
+</script><textarea><img src=t></textarea><img src="../up.png?1"><a href=#x><a href="mailto:a@b">
+<script>import "./classic.js"</script><a href='http://h/x'><img src="n&amp;1.png"><img src='cut.png"""
 NO_LEAKS = {"LSAN_OPTIONS": "detect_leaks=0"}  # those of the engine are no fault of a plug-in
 
 
@@ -143,6 +150,21 @@ class Tools(Shell):
         self.assertEqual(self.ask_tool(doctor, "--library")[0], 2)
         sick = self.ask_tool(doctor, DISPLAY="none:7", WEBKIT_FORCE_SANDBOX="1")[1]
         self.assertRegex(sick, "WRONG display(.|\\n)*WRONG sandbox")
+
+    def test_doctor_names_the_local_files_that_a_page_lacks(self):
+        page = self.install("newer") / "index.html"
+        for name in ("tovik-mock.js", "a b.js"):
+            (page.parent / name).touch()
+        for text, missing, advice in (
+                (LINKS, ["/assets/a.css", "//cdn/x.js", "./m.js", "../up.png?1", "n&1.png", "cut.png"],
+                 "no /assets/a.css; build the page with relative paths"),
+                ("<base href='/app/'><script src=m.js>", ["m.js"], 'no /app/m.js; remove <base href')):
+            page.write_text(text)
+            status, lines, _ = self.ask_tool(BUILD / "bin/tovik-doctor", "--library",
+                                             page.with_name("libtovikgui.so"), "-store", self.store)
+            self.assertEqual(re.findall('WRONG start page: names "(.*?)"', lines), missing)
+            self.finds(1, [advice, f"WRONG mock: {page.parent}/tovik-mock.js"], (status, lines))
+        self.assertEqual(lines.count("NOTE  start page: loads tovik-mock.js"), 0)
 
     def test_guide_and_manual_page_have_the_options_of_the_help(self):
         options = re.findall(r"^  -(\S+) ([A-Z]*)(.*(?:\n {19}.*)*)",
