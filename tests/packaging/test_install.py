@@ -38,10 +38,13 @@ class Install(Installed):
         shutil.copytree(self.examples / "demo", self.dir / "pages")
         (self.dir / "pages/logo.ico").rename(self.dir / "icon")
         (self.dir / "config").write_text("text")
+        for name in ("dialog.js.map", "tovik-mock.js"):
+            (self.dir / "pages" / name).touch()
         ab = self.dir / "ab"
         report = self.do(
             "tovik-product", "ab", "ab", "--plugin", plugin, "--pages", "pages", "--icon", "icon",
-            "--config", "config", "--title", TITLE, "--prefix", "/opt/ab")
+            "--config", "config", "--title", TITLE, "--prefix", "/opt/ab", DISPLAY="")
+        self.assertRegex(report, "NOTE  pages: left out (dialog.js.map|, |tovik-mock.js){3}\n")
         for line in ("brand: ab", f"library: {ab}/lib/libabgui.so", f"program: {ab}/bin/ab",
                      f"global configuration: {ab}/lib/ab.conf", f"plug-in: {ab}/lib/libab.so",
                      f"icon: {ab}/lib/logo.ico", f"start page: file://{ab}/lib/dialog.html"):
@@ -57,6 +60,14 @@ class Install(Installed):
         self.assertEqual(words.splitlines(),
                          ["/opt/ab/bin/ab", "-root", "/opt/ab/lib/", "-title", TITLE])
 
+        self.do("tovik-product", "ab", "ab", "--plugin", "none", "--replace", status=2)
+        (self.dir / "pages/dangling").symlink_to("none")
+        for pages, status in (("pages", 2), (".", 2), (self.examples / "form", 1)):
+            self.do("tovik-product", "ab", "ab", "--pages", pages, "--replace", status=status)
+            self.assertEqual([*self.dir.glob("ab?*")], [])
+            self.assertEqual((ab / "lib/dialog.js").exists(), status == 2)
+            self.assertTrue((ab / "lib/index.html").exists() or status == 2)
+
     def run_product(self, program):
         self.start("ab://dialog?auto", command=[program])
         self.expect("xprop -id WINDOW WM_CLASS", 'WM_CLASS(STRING) = "ab", "Ab"')
@@ -71,6 +82,7 @@ class Install(Installed):
                 (("abcdef", "new"), "no brand"), (("AB", "new"), "no brand"), (("x1", "new"), "brand"),
                 (("setup", "new"), "no brand"), (("a", "new"), "no brand"), (("ab",), "needs a brand"),
                 (("ab", "there"), "exists already"), (("ab", "a b"), "space"),
+                (("ab", "there", "--replace"), "no product of the brand"),
                 (("ab", "new", "--prefix", "/opt/bin/ab"), '"bin"'), (("ab", "new", "-x"), "option"),
                 (("ab", "new", "--prefix", "opt"), "absolute"), (("ab", "new", "--icon"), "value"),
                 (("ab", "new", "--plugin", "none"), "no file none"), (("ab", "new", "--title", "a\n"),
