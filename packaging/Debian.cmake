@@ -24,8 +24,8 @@ set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "tovik (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_DEV_DESCRIPTION "web-application host for desktop dialogs - development files
 Headers, CMake and pkg-config files, typings, page scripts and templates for
 the authors of plug-ins, pages and calling programs, the checker, the
-caller and the tracer of plug-ins, and the tool that makes a product of another
-brand.")
+caller and the tracer of plug-ins, and the tools that try pages and make a
+product of another brand.")
 
 # Copyright and changelog stand where Debian looks for them.
 set(changelog ${CMAKE_CURRENT_BINARY_DIR}/changelog.gz)
