@@ -113,13 +113,17 @@ bool print_whole(int file)
     return false;
 }
 
-/// Prints the answer of a dialog that has ended well and returns the exit status.
-int print_answer_of(const char* path)
+/// Prints the answer of a dialog that has ended with this exit status, 0 or kWebProcessEnded, and
+/// returns the exit status of the host.
+int print_answer_of(const char* path, int status)
 {
     const OwnedDescriptor file(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!file || !holds_answer(file.get())) {
         std::fprintf(stderr, "tovik: the dialog ended without an answer\n");
         return kNoAnswer;
+    }
+    if (status == kWebProcessEnded && is_cancelled(file.get())) {
+        return kWebProcessEnded;
     }
     return print_whole(file.get()) && !is_cancelled(file.get()) ? 0 : kNoAnswer;
 }
@@ -142,8 +146,9 @@ int report_failure(DialogEnd end)
 int run_and_print(char* file, int argc, char** argv, DialogMain dialog)
 {
     const DialogEnd end = run_dialog(argc, argv, file, dialog);
-    if (end.request == 0 && end.killed == 0 && end.status == 0) {
-        return print_answer_of(file);
+    if (end.request == 0 && end.killed == 0
+        && (end.status == 0 || end.status == kWebProcessEnded)) {
+        return print_answer_of(file, end.status);
     }
     empty_file(file);
     if (end.request == 0) {

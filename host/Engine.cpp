@@ -17,13 +17,11 @@ void download_started_cb(void*, void* download, void* cancel) noexcept
 
 int main_loop_started_cb(void* data) noexcept
 {
-    using Connect = unsigned long(
-        void*, const char*, void (*)(void*, void*, void*), void*, void*, unsigned int);
     const Library& library = *static_cast<const Library*>(data);
     auto* cancel = function_of<void(void*)>(library, "webkit_download_cancel");
     void* context = function_of<void*()>(library, "webkit_web_context_get_default")();
-    function_of<Connect>(library, "g_signal_connect_data")(context, "download-started",
-        download_started_cb, reinterpret_cast<void*>(cancel), nullptr, 0);
+    connect_signal(
+        library, context, "download-started", download_started_cb, reinterpret_cast<void*>(cancel));
     return 0;
 }
 

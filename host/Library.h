@@ -28,3 +28,15 @@ template <typename Function> Function* function_of(const Library& library, const
     }
     return reinterpret_cast<Function*>(symbol);
 }
+
+/// Connects a handler, of whatever parameters, to a signal of a GObject; `data` is its last
+/// argument and outlives the object.
+template <typename Handler>
+void connect_signal(
+    const Library& library, void* object, const char* signal, Handler* handler, void* data)
+{
+    using Connect
+        = unsigned long(void*, const char*, void (*)(), void*, void (*)(void*, void*), int);
+    function_of<Connect>(library, "g_signal_connect_data")(
+        object, signal, reinterpret_cast<void (*)()>(handler), data, nullptr, 0);
+}

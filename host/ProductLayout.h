@@ -28,3 +28,19 @@ constexpr std::optional<std::string_view> program_of_library(std::string_view fi
     }
     return file.substr(kPrefix.size(), file.size() - kPrefix.size() - kSuffix.size());
 }
+
+/// The brand of a library with this file name: after "lib" up to 5 characters, before the first
+/// "_", "x", "app", "gui" or "setup"; "tovik" when none are left.
+constexpr std::string_view brand_of_library(std::string_view file) noexcept
+{
+    constexpr std::size_t kLongestBrand = 5;
+    if (file.starts_with("lib")) {
+        file.remove_prefix(3);
+    }
+    std::size_t length = kLongestBrand;
+    for (const std::string_view end : {"_", "x", "app", "gui", "setup"}) {
+        const std::size_t at = file.find(end);
+        length = at < length ? at : length;
+    }
+    return length == 0 ? "tovik" : file.substr(0, length);
+}

@@ -66,8 +66,10 @@ consteval HelpText help_text()
     for (const Option& option : kOptions) {
         text.add("  ");
         text.add(option.name);
-        text.add(" ");
+        // A value in brackets belongs to the same word.
+        text.add(*option.value == '[' ? "" : " ");
         text.add(option.value);
+        text.add(" ");
         text.add_beside(option.help);
         if (option.fallback != nullptr) {
             text.add(" (default ");

@@ -4,8 +4,11 @@
 #include "host/Answer.h"
 #include "host/Engine.h"
 #include "host/Graphics.h"
+#include "host/Inspector.h"
 #include "host/ProductLayout.h"
+#include "host/Secrets.h"
 #include "host/Texts.h"
+#include "host/View.h"
 
 #include <algorithm>
 #include <climits>
@@ -107,8 +110,14 @@ int run(int argc, char** argv)
     }
     make_private_storage(library, program_name());
     refuse_downloads(library);
-    end_with(library, printing_process(argc, argv));
-    return function_of<int(int, char**)>(library, "Main")(argc, argv);
+    const int printer = printing_process(argc, argv);
+    end_with(library, printer);
+    Run run = {library, argc, argv, has_word(argc, argv, "--console"),
+        inspect_option(argc, argv) != nullptr, nullptr, false};
+    await_view(run);
+    report_missing_page(run);
+    const int status = function_of<int(int, char**)>(library, "Main")(argc, argv);
+    return printer != 0 && run.webProcessEnded ? kWebProcessEnded : status;
 }
 
 /// Prints the text of "--help" or "--version", to standard error if there is "--print" too; false
@@ -158,6 +167,8 @@ bool find_installation(char** argv)
 int main(int argc, char** argv)
 {
     set_up_process();
+    const char* inspect = inspect_option(argc, argv);
+    keep_secrets(inspect != nullptr);
     const bool print = has_word(argc, argv, "--print");
     if (has_answered_option(argc, argv, print)) {
         // The caller waits for an answer and gets none.
@@ -167,5 +178,8 @@ int main(int argc, char** argv)
         return kCannotStart;
     }
     avoid_blank_window(kNvidiaModuleFile);
+    if (inspect != nullptr && !serve_inspector(inspect)) {
+        return kCannotStart;
+    }
     return print ? print_answer(argc, argv, run) : run(argc, argv);
 }

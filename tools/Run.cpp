@@ -44,10 +44,11 @@ void examine_options(const Run& run, Report& report)
     for (int i = 1; i < run.arguments.count; ++i) {
         const std::string word = run.arguments.list[i];
         shown += (shown.empty() ? "\"" : ", \"") + word + "\"";
-        const Option* known = option_named(word);
+        const std::string name = word.substr(0, word.find('='));
+        const Option* known = option_named(name == "--inspect" ? name : word);
         if (known == nullptr && word.starts_with('-')) {
             report.note("options", word + " is no option of tovik; it is ignored");
-        } else if (known != nullptr && known->scope == OptionScope::host && i < g_ARGC) {
+        } else if (known != nullptr && (word == "--help" || word == "--version") && i < g_ARGC) {
             report.wrong("options", word + " shows a text and no window; leave it out");
         }
     }

@@ -17,7 +17,7 @@ enum class OptionKind : char {
 enum class OptionScope : char {
     run, // on the command line and, without "-url" there, among the plug-in's default options
     commandLine, // on the command line alone
-    host // on the command line of the host, which does not pass it to the library
+    host // on the command line of the host; the library passes over it
 };
 
 /// One row of the table.
@@ -63,6 +63,10 @@ inline constexpr Option kOptions[] = {
         "trace to standard output, with --print to standard error"},
     {"--print", OptionKind::flag, OptionScope::host, "", nullptr,
         "print the answer and a line end on standard output"},
+    {"--console", OptionKind::flag, OptionScope::host, "", nullptr,
+        "what goes wrong in the page, and its console, on standard error"},
+    {"--inspect", OptionKind::flag, OptionScope::host, "[=PORT]", nullptr,
+        "let a browser on this machine inspect the page; prints the URL"},
     {"--help", OptionKind::flag, OptionScope::host, "", nullptr, "show this text"},
     {"--version", OptionKind::flag, OptionScope::host, "", nullptr, "show the version"},
 };

@@ -22,12 +22,14 @@
 /* The options of the program: first those with a value, then the flags. */
 static const char* const kValued[] = {"-url", "-root", "-store", "-title", "-icon", "-size",
     "-position", "-useragent", "-wait", "-plugin", "-config", NULL};
-static const char* const kFlags[]
-    = {"-fullscreen", "-resizing", "-system", "-verbose", "--print", "--help", "--version", NULL};
+static const char* const kFlags[] = {"-fullscreen", "-resizing", "-system", "-verbose", "--print",
+    "--console", "--inspect", "--help", "--version", NULL};
 
+/* Whether the word is one of these options, perhaps with a value of its own after "=". */
 static bool is_one_of(const char* word, const char* const* names)
 {
-    while (*names != NULL && strcmp(word, *names) != 0) {
+    const size_t length = strcspn(word, "=");
+    while (*names != NULL && (strncmp(word, *names, length) != 0 || (*names)[length] != '\0')) {
         ++names;
     }
     return *names != NULL;
@@ -173,6 +175,9 @@ static char* read_text(int source, long long until)
 /* What a text and an exit status of "--print" mean; the text loses its line end. */
 static enum tovik_outcome outcome_of(char* text, int status)
 {
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 4) {
+        return TOVIK_CRASHED;
+    }
     const size_t length = strlen(text);
     if (length < 2 || text[length - 1] != '\n' || !WIFEXITED(status)) {
         return TOVIK_NOT_SHOWN;

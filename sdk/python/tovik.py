@@ -18,7 +18,7 @@ GRACE = 2  # seconds between asking a dialog to end and ending it
 VALUED = frozenset(("-url", "-root", "-store", "-title", "-icon", "-size", "-position",
                     "-useragent", "-wait", "-plugin", "-config"))
 FLAGS = frozenset(("-fullscreen", "-resizing", "-system", "-verbose",
-                   "--print", "--help", "--version"))
+                   "--print", "--console", "--inspect", "--help", "--version"))
 
 
 class NoAnswer(Exception):
@@ -31,6 +31,10 @@ class Cancelled(NoAnswer):
 
 class TimedOut(NoAnswer, TimeoutError):
     """No answer came in time; the dialog has been ended."""
+
+
+class Crashed(NoAnswer):
+    """The web process has crashed, often in the plug-in, and the user has closed the window."""
 
 
 class Refused(NoAnswer, ValueError):
@@ -48,11 +52,11 @@ def dialog(*arguments, program="tovik", timeout=None, query=None):
 
     The answer comes through a pipe, so that the dialog ends when this process ends, by a signal too.
 
-    Raises Cancelled, TimedOut, Refused or, when there is no answer at all, NoAnswer.
+    Raises Cancelled, TimedOut, Crashed, Refused or, when there is no answer at all, NoAnswer.
     """
     words = [os.fspath(word) for word in arguments]
     for name, value in zip(words, words[1:]):
-        if name in VALUED and value in VALUED | FLAGS:
+        if name in VALUED and value.partition("=")[0] in VALUED | FLAGS:
             raise Refused(f"the value of {name} is the option {value}")
     try:
         if query is not None:
@@ -64,6 +68,8 @@ def dialog(*arguments, program="tovik", timeout=None, query=None):
     text = printed.decode(errors="surrogateescape").removesuffix("\n")
     if status == 1 and text == "CKR_CANCEL":
         raise Cancelled("cancelled")
+    if status == 4:
+        raise Crashed(f"the web process of {program} has crashed")
     if status != 0 or text == "":
         raise NoAnswer(f"{program} ended with status {status} and without an answer")
     return text

@@ -11,6 +11,11 @@ class Handler(http.server.BaseHTTPRequestHandler):
             self.answer(302, b"", ("Location", "tvk://exit?status=OK&response=moved"))
         elif path == "/secret":
             self.answer(401, b"", ("WWW-Authenticate", 'Basic realm="x"'))
+        elif path == "/status":
+            self.answer(int(self.path[-3:]), b"")
+        elif path == "/hold":
+            self.server.hold.wait()
+            self.answer(200, b"")
         elif path == "/count":
             self.server.count += 1
             self.answer(200, b"%d %s" % (self.server.count, self.headers["User-Agent"].encode()))
@@ -30,10 +35,10 @@ class Handler(http.server.BaseHTTPRequestHandler):
         pass
 
 
-def serve(test, page, certificate=None):
+def serve(test, page, certificate=None, hold=None):
     """Serves the page for the life of the test and returns the server's address."""
     server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
-    server.page, server.count = page.encode(), 0
+    server.page, server.count, server.hold = page.encode(), 0, hold
     if certificate:
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         context.load_cert_chain(certificate)

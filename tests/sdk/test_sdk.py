@@ -152,14 +152,25 @@ class Sdk(Shell):
         with unittest.mock.patch.dict(os.environ, self.environment):
             self.assertEqual(tovik.dialog(*words, query={"a b": '"é&+'}), query)
             self.assertEqual(tovik.dialog(*words, query={}), "OK")
-            for wrong in (["a\0b"], ["\ud800"], ["-title", "-store"], ["-wait", "--help"]):
+            for wrong in (["a\0b"], ["\ud800"], ["-title", "-store"], ["-wait", "--help"],
+                          ["-title", "--inspect=1"]):
                 self.assertRaises(tovik.Refused, tovik.dialog, *words, *wrong)
             self.assertRaises(tovik.Refused, tovik.dialog, *words, query={"a": "\ud800"})
+
+    def test_callers_tell_a_crash_from_a_cancel(self):
+        crash = self.dir / "crash"
+        crash.write_text("#!/bin/sh\nexit 4\n")
+        crash.chmod(0o700)
+        self.assertRaises(tovik.Crashed, tovik.dialog, program=crash)
+        (self.sdk / "told.c").write_text("#include <tovik/dialog.h>\nint main(int c, char** v) { char* a; "
+            "return tovik_dialog((const char* const*)v + 1, c > 9, &a) != TOVIK_CRASHED; }")
+        self.assertEqual("told\n", self.ask(
+            f"cd {self.sdk} && cc -Iinclude told.c c/tovik_dialog.c -o told && ./told {crash} && echo told"))
 
     def test_callers_know_the_options(self):
         text = self.ask("tovik --help")
         valued = set(re.findall(r"^ +(-\w+) [A-Z]", text, re.M))
-        flags = set(re.findall(r"^ +(--?\w+)  ", text, re.M))
+        flags = set(re.findall(r"^ +(--?\w+)(?:  |\[)", text, re.M))
         self.assertEqual((tovik.VALUED, tovik.FLAGS), (valued, flags))
         source = (self.sdk / "c/tovik_dialog.c").read_text()
         names = re.findall(r"k(?:Valued|Flags)\[\]\s*= {(.*?)NULL", source, re.S)

@@ -19,6 +19,8 @@ enum tovik_outcome {
     TOVIK_TIMED_OUT,
     /** The program could not be started, has failed, or gave no answer. */
     TOVIK_NOT_SHOWN,
+    /** The web process has crashed, often in the plug-in, and the user has closed the window. */
+    TOVIK_CRASHED,
 };
 
 /** Runs a dialog to its end. The answer comes through a pipe, so that the dialog ends when this
