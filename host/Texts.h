@@ -23,7 +23,8 @@ page.
 Exit status: 0 the window was shown and is gone, whatever the answer; 1 the display was lost;
 2 the library cannot be loaded, or not from this place; 3 there is no display. The answer is in
 FILE and not in the status; CKR_CANCEL is a closed window. With --print the status is 1 when the
-answer is CKR_CANCEL or there is none, and 2 with --help or --version; -store may be left out.
+answer is CKR_CANCEL or there is none, 2 with --help or --version, and 4 when the web process has
+crashed and the window was closed; -store may be left out.
 )";
 
 /// A text that the compiler puts together; one that does not fit does not compile.

@@ -1,4 +1,4 @@
-// Characters.h: the characters of a text in UTF-8, and which of them a terminal would obey.
+// Characters.h: the characters of a text in UTF-8, and which of them a terminal would execute.
 #pragma once
 
 #include <algorithm>
@@ -43,7 +43,7 @@ inline Character first_character(std::string_view text)
     return {};
 }
 
-/// Whether a terminal would obey the character, break the line, or reorder what stands beside it.
+/// Whether a terminal would execute the character, break the line at it, or reorder its neighbours.
 inline bool is_control(unsigned long value)
 {
     constexpr std::pair<unsigned long, unsigned long> kRanges[] = {{0, 0x1F}, {0x7F, 0x9F},

@@ -167,9 +167,9 @@ class Tools(Shell):
         self.assertEqual(lines.count("NOTE  start page: loads tovik-mock.js"), 0)
 
     def test_guide_and_manual_page_have_the_options_of_the_help(self):
-        options = re.findall(r"^  -(\S+) ([A-Z]*)(.*(?:\n {19}.*)*)",
+        options = re.findall(r"^  -([\w-]+)\S* ([A-Z]*)(.*(?:\n {19}.*)*)",
                              self.ask_tool(BUILD / "bin/tovik", "--help")[1], re.M)
-        for file, entry in (("docs/integration.md", r"^\| `-(\S+)` \| (.*?) ?\| (.*)"),
+        for file, entry in (("docs/integration.md", r"^\| `-([\w-]+)\S*` \| (.*?) ?\| (.*)"),
                             ("docs/man/tovik.1", r"^\.It Fl (\S+)( Ar)?(.*(?:\n(?!\.It).*)*)")):
             described = re.findall(entry, (SOURCE / file).read_text(), re.M)
             self.assertEqual(*(sorted((name, bool(value)) for name, value, _ in rows)
