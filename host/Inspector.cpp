@@ -66,7 +66,7 @@ bool serve_inspector(const char* port)
     const long wanted = std::strtol(port, &end, 10);
     if (*end != 0 || wanted < 0 || wanted > 65535) {
         std::fprintf(
-            stderr, "tovik: --inspect takes a port up to 65535, or none: --inspect=9000\n");
+            stderr, "tovik: --inspect accepts a port up to 65535, or none: --inspect=9000\n");
         return false;
     }
     const int served = free_port(static_cast<int>(wanted));

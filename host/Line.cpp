@@ -33,7 +33,7 @@ public:
     void print() { std::fprintf(stderr, "%.*s%s\n", static_cast<int>(m_length), m_text, m_end); }
 
 private:
-    char m_text[kLongest + 20]; // the last character may have four bytes of "\\xHH"
+    char m_text[kLongest + 20]; // the last character may have four bytes of "\xHH"
     std::size_t m_length = 0;
     const char* m_end = "";
 };
