@@ -5,8 +5,11 @@
 
 /// The run of this process.
 struct Run {
+    /// The library, loaded.
     const Library& library;
+    /// Arguments of Main().
     int argc;
+    /// The same, null-terminated.
     char** argv;
     /// What "--console" and "--inspect" ask for.
     bool console;
