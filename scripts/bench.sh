@@ -4,8 +4,9 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-output=$(cmake --preset release 2>&1 && cmake --build --preset release --target bench 2>&1) || {
+scripts/install-deps.sh bench
+output=$(cmake --preset bench 2>&1 && cmake --build --preset bench --target bench 2>&1) || {
     echo "$output" >&2
     exit 1
 }
-exec python3 -B bench/driver/run.py build/release "$@"
+exec python3 -B bench/driver/run.py build/bench "$@"

@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/install-deps.sh
+scripts/install-deps.sh test
 cmake --preset dev >/dev/null
 cmake --build --preset dev >/dev/null
 TOVIK_BUILD=$PWD/build/dev exec python3 -B scripts/faults.py "$@"

@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-60}
 
-scripts/install-deps.sh
+scripts/install-deps.sh test
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz --target fuzzers >/dev/null
 cd build/fuzz

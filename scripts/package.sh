@@ -99,7 +99,7 @@ if [ "${1:-}" = --in-root ]; then
     step 'doctor and plug-in check speak' examine
     step 'nothing is left after a purge' purge
 else
-    step 'all that building and trying needs is there' scripts/install-deps.sh dpkg-dev file lintian mmdebstrap
+    step 'all that building and trying needs is there' scripts/install-deps.sh package
     step 'packages are built' build
     step 'lintian finds no error or warning' check
     if [ "$(id -u)" -ne 0 ]; then

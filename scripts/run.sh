@@ -6,7 +6,7 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 demo=$root/build/release/demo
 
-"$root/scripts/install-deps.sh"
+"$root/scripts/install-deps.sh" run
 (cd "$root" && cmake --preset release && cmake --build --preset release --target demo) >&2
 
 result=$(mktemp -d)

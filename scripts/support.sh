@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/display.sh
-scripts/install-deps.sh weston picom x11-xserver-utils
+scripts/install-deps.sh test weston picom x11-xserver-utils
 output=$(cmake --preset release 2>&1 && cmake --build --preset release --target demo 2>&1) || {
     echo "$output" >&2
     exit 1

@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/install-deps.sh
+scripts/install-deps.sh test
 for preset in dev asan; do
     cmake --preset "$preset"
     cmake --build --preset "$preset"

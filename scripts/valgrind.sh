@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/install-deps.sh
+scripts/install-deps.sh test valgrind
 cmake --preset dev >/dev/null
 cmake --build --preset dev >/dev/null
 export LD_LIBRARY_PATH=$PWD/build/dev/tests/plugins/default
