@@ -1,10 +1,16 @@
-# Warnings and hardening for all targets.
+# Warnings and hardening for all targets. Warnings are errors in the presets of developers alone.
 include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
-set(given "${CMAKE_C_FLAGS} ${CMAKE_CXX_FLAGS}")
+
+# What a distribution, a caller or the project that holds this one gives. Their hardening holds.
+string(TOUPPER "${CMAKE_BUILD_TYPE}" type)
+get_directory_property(options COMPILE_OPTIONS)
+get_directory_property(definitions COMPILE_DEFINITIONS)
+set(given "${CMAKE_C_FLAGS} ${CMAKE_CXX_FLAGS} ${CMAKE_C_FLAGS_${type}} ${CMAKE_CXX_FLAGS_${type}}
+  ${options} ${definitions}")
 
 add_compile_options(
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion
   "$<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast;-Wnon-virtual-dtor>")
 add_link_options(-Wl,-z,defs -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
 

@@ -1,6 +1,6 @@
 # Tovik::plugin: the headers of a plug-in, and the options that keep its own calls its own.
 if(NOT TARGET Tovik::plugin)
-  add_library(Tovik::plugin INTERFACE IMPORTED)
+  add_library(Tovik::plugin INTERFACE IMPORTED GLOBAL)
   get_filename_component(headers ${CMAKE_CURRENT_LIST_DIR}/../include ABSOLUTE)
   target_include_directories(Tovik::plugin INTERFACE ${headers})
   # A unique symbol, of a template for example, would keep the library from ever being closed.

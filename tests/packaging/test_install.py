@@ -1,5 +1,7 @@
 """What an installation provides: programs by their links, packages for CMake, other brands."""
 import configparser
+import json
+import re
 import shutil
 
 from installed import Installed
@@ -67,6 +69,19 @@ class Install(Installed):
             self.assertEqual([*self.dir.glob("ab?*")], [])
             self.assertEqual((ab / "lib/dialog.js").exists(), status == 2)
             self.assertTrue((ab / "lib/index.html").exists() or status == 2)
+
+    def test_project_is_built_within_another(self):
+        missing = (f"-DCMAKE_DISABLE_FIND_PACKAGE_{name}=ON" for name in ("benchmark", "GTest", "Python3"))
+        self.do("cmake", "-G", "Ninja", "-B", "out", "-S", SOURCE / "tests/packaging/consumer", *missing,
+                f"-DSOURCE={SOURCE}", f"-DEXAMPLES={SOURCE}/examples", "-DCMAKE_BUILD_TYPE=Release",
+                "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON",
+                *(f"-DCMAKE_{language}_FLAGS_RELEASE=-O2 -Wp,-D_FORTIFY_SOURCE=2" for language in ("C", "CXX")))
+        for unit in json.loads((self.dir / "out/compile_commands.json").read_text()):
+            # What the one who builds has chosen holds.
+            self.assertEqual(re.findall("FORTIFY_SOURCE(?:=.)?|-Werror", unit["command"]),
+                             ["FORTIFY_SOURCE=2"], unit["command"])
+        self.do("cmake", "--build", "out", "--target", "by-hand", "demo-plugin", "tovik-util")
+        self.do("tovik-plugin-check", "out/libby-hand.so")
 
     def run_product(self, program):
         self.start("ab://dialog?auto", command=[program])
