@@ -1,11 +1,19 @@
 #!/usr/bin/env bash
-# Checks the whole tree's format and style: lint.sh BUILD_FOLDER, a configured one.
+# Checks the whole tree's format and style: lint.sh BUILD_FOLDER, a configured one. Each version of
+# the tools has its own opinion, so without version 14 of both nothing is checked, with status 77.
 set -euo pipefail
 build=$(realpath "${1:?usage: lint.sh BUILD_FOLDER}")
 cd "$(dirname "$0")/.."
 
+for tool in clang-format-14 clang-tidy-14; do
+    command -v $tool >/dev/null || {
+        echo "lint.sh: $tool is not installed; format and style are not checked" >&2
+        exit 77
+    }
+done
+
 mapfile -t files < <(git ls-files --cached --others --exclude-standard '*.h' '*.c' '*.cpp')
-clang-format --dry-run -Werror "${files[@]}"
+clang-format-14 --dry-run -Werror "${files[@]}"
 
 # clang-tidy does not know every option of g++.
 database=$(mktemp -d)
@@ -18,7 +26,7 @@ mapfile -t sources < <(printf '%s\n' "${files[@]}" | grep '\.cpp$' | while read 
     if grep -q "\"$PWD/$file\"" "$database/compile_commands.json"; then echo "$file"; fi
 done)
 tidy() { # tidy CHECKS: examines the files of standard input
-    xargs -r -d '\n' -n 1 -P "$(nproc)" clang-tidy --quiet --checks="$1" -p "$database" \
+    xargs -r -d '\n' -n 1 -P "$(nproc)" clang-tidy-14 --quiet --checks="$1" -p "$database" \
         2> >(grep -v 'warnings generated' >&2)
 }
 # Of a test's time the analyser takes three quarters, for the macros of GoogleTest; the sanitizers

@@ -62,6 +62,8 @@ class Sdk(Shell):
 
     def browse(self, page):
         """The document as it stands when an ordinary browser has run its scripts."""
+        if not shutil.which(CHROMIUM[0]):
+            self.skipTest("Chromium is not installed")
         return html.unescape(subprocess.run(
             [*CHROMIUM, f"--user-data-dir={self.dir / 'profile'}", page.as_uri()], text=True,
             env=self.desktop(), check=True, capture_output=True, timeout=PATIENCE).stdout)
