@@ -82,6 +82,11 @@ bool serve_inspector(const char* port)
     return true;
 }
 
+void prepare_inspector(const Library& library)
+{
+    function_of<void*()>(library, "g_proxy_resolver_get_default")();
+}
+
 void allow_inspector(const Library& library, void* view)
 {
     void* settings = function_of<void*(void*)>(library, "webkit_web_view_get_settings")(view);

@@ -12,5 +12,10 @@ const char* inspect_option(int argc, char** argv);
 /// line on standard error, when the port is none or cannot be had.
 bool serve_inspector(const char* port);
 
+/// Has GIO find its proxy resolver; to be called before Main. The engine would have it found while
+/// it sets up its own types, and with the settings and the network monitor of newer desktops, which
+/// ask the session bus, that never ends.
+void prepare_inspector(const Library& library);
+
 /// Lets the view be inspected, in a browser and in its own window by F12.
 void allow_inspector(const Library& library, void* view);

@@ -112,8 +112,11 @@ int run(int argc, char** argv)
     refuse_downloads(library);
     const int printer = printing_process(argc, argv);
     end_with(library, printer);
-    Run run = {library, argc, argv, has_word(argc, argv, "--console"),
-        inspect_option(argc, argv) != nullptr, nullptr, false};
+    const bool inspect = inspect_option(argc, argv) != nullptr;
+    if (inspect) {
+        prepare_inspector(library);
+    }
+    Run run = {library, argc, argv, has_word(argc, argv, "--console"), inspect, nullptr, false};
     await_view(run);
     report_missing_page(run);
     const int status = function_of<int(int, char**)>(library, "Main")(argc, argv);
