@@ -28,6 +28,7 @@ test       libgtest-dev           gtest-devel             gtest             gtes
 test       libgmock-dev           gmock-devel             -                 gmock
 test       git                    git-core                git               git-core
 test       make                   make                    make              make
+test       procps                 procps-ng               procps-ng         procps
 test       clang                  clang                   clang             clang
 test       lld                    lld                     lld               lld
 test       libclang-rt-dev        compiler-rt             compiler-rt       -
@@ -111,7 +112,7 @@ update() {
 # What no release offers is looked up in the list at hand; without a list that is fetched first.
 for package in "${optional[@]}"; do
     [ -n "$(apt-cache policy "$package")" ] || update
-    if apt-cache policy "$package" | grep -q 'Candidate: [^(]'; then
+    if [[ $(apt-cache policy "$package") == *'Candidate: '[0-9]* ]]; then
         missing+=("$package")
     else
         echo "install-deps.sh: $package is not offered here; checks that need it are passed over" >&2
