@@ -23,3 +23,18 @@ def follow(test, guide, folder):
         test.assertEqual(test.process.returncode, 0, block + output + errors)
         printed += output
     return printed
+
+
+def examples(guide, program):
+    """The blocks of the guide that run the program: their commands, and the lines that they print
+    there, with what differs from run to run left out."""
+    for block in re.findall("```console\n(.*?)```", guide.read_text(), re.S):
+        if f"$ {program}" in block:
+            lines = block.splitlines()
+            yield ("\n".join(line[2:] for line in lines if line.startswith("$ ")),
+                   [steady(line) for line in lines if not line.startswith("$ ")])
+
+
+def steady(text):
+    """The text without times, process numbers and folders."""
+    return re.sub(r'\d+\.\d\d ms|(?<=process )\d+|(?<=")/[^"]*/(?=")', "-", text)

@@ -101,6 +101,12 @@ class Sdk(Shell):
     def test_every_command_of_the_guide_works(self):
         output = guide.follow(self, self.sdk / "README.md", self.sdk)
         self.assertRegex(output, r"^(OK .*\n)+signed by \w+\n(answer: signed by \w+\n){3}$")
+        self.page("Tovik.SetProperty('Name', 'Ada'); exit('OK', Tovik.Invoke('sign'))", "sdk/pages/index.html")
+        for commands, lines in guide.examples(SOURCE / "docs/debugging.md", "tovik-plugin-"):
+            done = subprocess.run(["bash", "-c", commands], cwd=self.sdk, env=self.environment,
+                                  capture_output=True, text=True, timeout=PATIENCE)
+            printed = guide.steady(done.stdout + done.stderr).splitlines()
+            self.assertEqual([line for line in lines if line not in printed], [], printed)
 
     def test_callers_get_the_answer_as_a_value(self):
         guide.read(self.sdk / "README.md", self.sdk)
