@@ -38,6 +38,23 @@ places it looks, and what is wrong.
 Exit status: 0 nothing is wrong; 1 something is; 2 the examination failed.
 )";
 
+/// Folder of the installed guides, from the path of this program; empty where there is none.
+std::string guides()
+{
+    std::error_code none;
+    const fs::path program = fs::read_symlink("/proc/self/exe", none);
+    const fs::path folder = fs::canonical(program.parent_path() / TOVIK_GUIDES, none);
+    return folder.native();
+}
+
+void print_usage()
+{
+    std::fputs(kUsage, stdout);
+    const std::string folder = guides();
+    std::printf("\ndebugging.md tells more, in %s\n",
+        folder.empty() ? "docs/ of the package tovik-dev" : escaped(folder).c_str());
+}
+
 /// Marks the second execution, which has the product's program as its first word.
 constexpr char kExamine[] = "--examine";
 
@@ -70,6 +87,9 @@ int examine(const std::string& program, bool prints)
         }
     }
     examine_surroundings(report);
+    if (const std::string folder = guides(); !folder.empty()) {
+        report.ok("guides", folder);
+    }
     if (!print(report.plain())) {
         std::fprintf(stderr, "tovik-doctor: cannot write the findings\n");
         return kCannotTell;
@@ -142,7 +162,7 @@ int run(int argc, char** argv)
 int main(int argc, char** argv)
 {
     if (argc == 2 && std::strcmp(argv[1], "--help") == 0) {
-        std::fputs(kUsage, stdout);
+        print_usage();
         return 0;
     }
     try {

@@ -1,5 +1,6 @@
 """What an installation provides: programs by their links, packages for CMake, other brands."""
 import configparser
+import gzip
 import json
 import re
 import shutil
@@ -25,6 +26,18 @@ class Install(Installed):
         self.assertEqual(self.answer_of("tovik"), "CKR_CANCEL")
         self.assertEqual(self.answer_of(self.prefix / "bin/tovik"), "CKR_CANCEL")
         self.assertIn(f"library: {self.library}\n", self.do("tovik-doctor", status=1))
+
+    def test_guides_and_what_they_name_are_installed(self):
+        guides = [*self.prefix.rglob("*.md")]
+        self.assertLess({path.name for path in (SOURCE / "docs").glob("*.md")} | {"SECURITY.md"},
+                        {path.name for path in guides})
+        for guide in guides:
+            for link in re.findall(r'(?:\]\(|src=")(?!https?:)([^)"#]+)', guide.read_text()):
+                self.assertTrue((guide.parent / link).exists(), f"{guide}: {link}")
+        folder = self.examples.parent / "docs"
+        self.assertIn(f"in {folder}\n", self.do("tovik-doctor", "--help"))
+        page = gzip.decompress(next(self.prefix.rglob("tovik.1.gz")).read_bytes()).decode()
+        self.assertRegex(page, rf"/{folder.relative_to(self.prefix)} :")
 
     def test_consumers_build_and_run(self):
         self.do("cmake", "-G", "Ninja", "-B", "out", "-S", SOURCE / "tests/packaging/consumer",
