@@ -1,6 +1,7 @@
 #include "tools/Child.h"
 
 #include <cerrno>
+#include <charconv>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -105,6 +106,13 @@ std::string ChildProgress::current() const
 std::span<char> ChildProgress::findings() const
 {
     return {m_memory.get() + kStepCapacity, kMemory - kStepCapacity};
+}
+
+bool read_limit(std::string_view text, unsigned int& limit)
+{
+    const char* end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, limit);
+    return error == std::errc() && rest == end && limit > 0 && limit <= 3600;
 }
 
 std::string run_in_child(

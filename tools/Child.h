@@ -8,6 +8,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <string_view>
 
 /// What the child is doing and has found, in shared memory: foreign code may close any descriptor,
 /// that of a pipe too.
@@ -29,6 +30,12 @@ private:
 
     std::unique_ptr<char, ReleaseWith<unmap>> m_memory;
 };
+
+/// Seconds that a child is given unless "--limit" says otherwise.
+constexpr unsigned int kDefaultLimit = 20;
+
+/// Reads the value of "--limit", a whole decimal number from 1 to 3600; false for any other text.
+bool read_limit(std::string_view text, unsigned int& limit);
 
 /// Runs `work` in a child process that ends by exit(), and adds the findings of the child to
 /// `report`. The child's standard output goes to standard error. The child leads a process group of

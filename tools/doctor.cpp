@@ -24,7 +24,6 @@ namespace {
 
 constexpr int kFindings = 1;
 constexpr int kCannotTell = 2;
-constexpr unsigned int kPluginSeconds = 20;
 constexpr std::uint32_t kNoTrace = 2; // see g_Verbose
 
 constexpr char kUsage[] = R"(Usage: tovik-doctor [--library PATH] [--program PATH] [OPTION]... [URL]
@@ -75,7 +74,7 @@ int examine(const std::string& program, bool prints)
     examine_installation(program, report);
     examine_plugin_files(report);
     const std::string end
-        = run_in_child(kPluginSeconds, report, [prints](ChildProgress& progress, Report& child) {
+        = run_in_child(kDefaultLimit, report, [prints](ChildProgress& progress, Report& child) {
               progress.begin("the plug-in, used as in the user-interface process");
               g_CallRecorder.loadsPlugin = true;
               examine_run(prints, child);

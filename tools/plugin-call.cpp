@@ -5,7 +5,6 @@
 #include "tools/WatchedPlugin.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
 #include <filesystem>
@@ -52,7 +51,7 @@ struct CallStep {
 struct Options {
     std::string plugin;
     std::vector<std::string> words;
-    unsigned int limit = 20;
+    unsigned int limit = kDefaultLimit;
 };
 
 bool read_options(int argc, char** argv, Options& options)
@@ -62,12 +61,9 @@ bool read_options(int argc, char** argv, Options& options)
     opterr = 0;
     // "+": what follows the plug-in is a step, with a "-" in front too.
     while ((found = getopt_long(argc, argv, "+", kLongOptions, nullptr)) != -1) {
-        char* rest = nullptr;
-        const unsigned long limit = found == 'l' ? std::strtoul(optarg, &rest, 10) : 0;
-        if (limit == 0 || limit > 3600 || *rest != 0) {
+        if (found != 'l' || !read_limit(optarg, options.limit)) {
             return false;
         }
-        options.limit = static_cast<unsigned int>(limit);
     }
     if (optind + 1 >= argc) {
         return false;

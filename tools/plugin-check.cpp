@@ -5,7 +5,6 @@
 #include "tools/OwnLibrary.h"
 #include "tools/PluginExamination.h"
 
-#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -30,16 +29,8 @@ Exit status: 0 nothing is wrong; 1 something is; 2 the plug-in could not be chec
 struct Options {
     std::string plugin;
     bool json = false;
-    unsigned int limit = 20;
+    unsigned int limit = kDefaultLimit;
 };
-
-/// Reads a whole decimal number from 1 to 3600; false for any other text.
-bool read_limit(std::string_view text, unsigned int& limit)
-{
-    const char* end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, limit);
-    return error == std::errc() && rest == end && limit > 0 && limit <= 3600;
-}
 
 bool read_options(int argc, char** argv, Options& options)
 {
