@@ -52,6 +52,10 @@ void examine_options(const Run& run, Report& report)
             report.wrong("options", word + " shows a text and no window; leave it out");
         }
     }
+    if (has_argument(run.arguments.count, run.arguments.list, option("-verbose").name) != 0) {
+        report.note("options",
+            "-verbose prints the answer, which may be a PIN; leave it out of what users start");
+    }
     report.ok("options", shown.empty() ? "none" : shown);
 }
 

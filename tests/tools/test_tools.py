@@ -134,6 +134,7 @@ class Tools(Shell):
                 (("--print", "-store", "/dev/null"), 1, "WRONG answer: /dev/null is no regular file"),
                 (("-title", "Pay https://b/?a=1 now"), 1,
                  'WRONG options: the page is given the query "a=1 now", from the value of -title'),
+                (("-url", page, *store, "-verbose"), 0, "NOTE  options: -verbose prints the answer"),
                 (("-url", page, "--version"), 1, "WRONG options: --version shows a text"),
                 (("--library", two), 1,
                  f"WRONG other libraries: {two.with_name('libabgui.so')} is the library of another"),
