@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <sys/socket.h>
+#include <unistd.h>
 
 namespace {
 
@@ -14,7 +15,7 @@ constexpr unsigned int kF12 = 0xFFC9;
 
 /// A port of 127.0.0.1 that nobody listens on: the one asked for, or any for 0. Returns 0, with
 /// errno, when there is none.
-int free_port(int wanted)
+int find_port(int wanted)
 {
     sockaddr_in address = {};
     address.sin_family = AF_INET;
@@ -29,6 +30,20 @@ int free_port(int wanted)
     const bool found = probe && bind(probe.get(), place, length) == 0
         && getsockname(probe.get(), place, &length) == 0;
     return found ? ntohs(address.sin_port) : 0;
+}
+
+/// The same, and waits for a port that somebody listens on: when a page restarts the program, the
+/// process that ends may still have it.
+int free_port(int wanted)
+{
+    constexpr int kTries = 100;
+    constexpr useconds_t kPause = 20000; // microseconds
+    int found = find_port(wanted);
+    for (int i = 0; i < kTries && found == 0 && errno == EADDRINUSE; ++i) {
+        usleep(kPause);
+        found = find_port(wanted);
+    }
+    return found;
 }
 
 /// Handler of "key-press-event": TRUE for F12, which shows the inspector.

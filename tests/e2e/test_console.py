@@ -1,6 +1,7 @@
 """What the host says of a page that goes wrong, and what it keeps from other programs."""
 import pathlib
 import resource
+import socket
 import threading
 import unittest
 import urllib.request
@@ -31,10 +32,16 @@ class Console(Shell):
     window_manager = True
 
     def says(self, text):
-        """Waits until standard error holds the text."""
+        """Waits until standard error holds the text, which must not need the end of the run."""
         self.until(lambda: text in (self.dir / "errors").read_text(errors="replace"))
+        self.assertIsNone(self.process.poll())
 
     def test_each_fault_of_a_page_is_named(self):
+        (self.dir / "worker.js").write_text("console.log('unseen'); missing()")
+        self.start("--console", "-url", self.page("new Worker('worker.js'); new Worker('none.js')"))
+        self.says(f"exception {self.dir.as_uri()}/worker.js:1:31: ReferenceError: Can't find variable: missing\n")
+        self.says("/none.js: Error opening file")
+        self.end()
         address = serve(self, FAULTS, hold=(hold := threading.Event()))
         self.start("--console", "-url", address + "/page")
         for text in SEEN:
@@ -87,7 +94,7 @@ class Console(Shell):
         for words, core, limit in [([], "", 0), ([], "1", hard), (["--inspect"], "", hard)]:
             self.environment["TOVIK_CORE"] = core
             self.start("-url", page, *words)
-            self.window()
+            window = self.window()
             web = int(self.until(lambda: self.ask(f"pgrep -P {self.process.pid} WebKitWeb")))
             given = pathlib.Path(f"/proc/{web}/environ").read_bytes()
             self.assertEqual(resource.prlimit(web, resource.RLIMIT_CORE)[0], limit)
@@ -97,9 +104,22 @@ class Console(Shell):
                 self.says("or press F12\n")
                 url = (self.dir / "errors").read_text().split()[5].rstrip(",")
                 self.until(lambda: page.encode() in urllib.request.urlopen(url).read())
+                self.until(lambda: self.ask(f"xdotool windowactivate --sync {window} key F12;"
+                                            " xdotool search --onlyvisible --name '^Web Inspector$'"))
             self.end()
         self.start("-url", page, "--inspect=70000")
         self.finish(2)
+
+    def test_inspector_waits_for_the_port_of_the_process_that_restarts(self):
+        with socket.create_server(("127.0.0.1", 0)) as taken:
+            words = "-url", self.page(""), f"--inspect={taken.getsockname()[1]}"
+            self.start(*words)
+            self.finish(2)
+            self.assertRegex(self.errors, "^tovik: cannot serve the inspector on port .*; give another\n$")
+            self.start(*words)
+            status = pathlib.Path(f"/proc/{self.process.pid}/status")
+            self.until(lambda: "State:\tS" in status.read_text() and "Name:\ttovik" in status.read_text())
+        self.says("tovik: inspect the page at ")
 
     def test_language_of_a_page_is_one(self):
         page = self.page("exit('OK', new Intl.NumberFormat(navigator.language).format(1.5))")
