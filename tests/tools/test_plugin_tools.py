@@ -1,4 +1,5 @@
 """What the author of a plug-in sees of its calls: without a page, and in both processes of a run."""
+import re
 import shutil
 import subprocess
 import unittest
@@ -95,13 +96,15 @@ class PluginTools(Shell):
         self.assertIn(f"older initialize null {lib}/tovik.conf null null\n", self.log())
         self.assertIn(f"set WorkingDirectory {lib}/\n", self.log())
 
-    def test_trace_names_the_call_that_crashes_or_hangs(self):
+    def test_trace_names_the_call_that_is_wrong_while_the_page_is_open(self):
         lib = self.install()
         self.make_trace("newer", "-o", lib / "libtovik.so")
-        for command, text in (("abort", "crash"), ("throw", "crash"), ("hang", "hang")):
-            self.start("-url", self.page(f"Tovik.Invoke('{command}')"))
-            expected = f'Invoke("{command}") WRONG {text}: '
-            self.until(lambda: expected in (self.dir / "errors").read_text())
+        for call, fault in (("Invoke('abort')", "crash"), ("Invoke('throw')", "crash"), ("Invoke('hang')", "hang"),
+                            ("GetProperty('absent')", "null"), ("GetProperty('invalid')", "not UTF-8")):
+            self.start("-url", self.page(f"Tovik.{call}"))
+            expected = re.escape(call.replace("'", '"')) + f" .*WRONG {fault}: "
+            self.until(lambda: re.search(expected, (self.dir / "errors").read_text()))
+            self.assertIsNone(self.process.poll())
             self.end()
 
     def test_trace_keeps_files_that_are_not_its_own(self):
