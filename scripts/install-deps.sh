@@ -42,6 +42,7 @@ test       xdg-utils              xdg-utils               xdg-utils         xdg-
 test       openssl                openssl                 openssl           openssl
 test       ?chromium              chromium                chromium          chromium
 test       node-typescript        nodejs-typescript       typescript        typescript
+test       esbuild                golang-github-evanw-esbuild esbuild      esbuild
 test       dbus                   dbus-daemon             dbus              dbus-1
 test       at-spi2-core           at-spi2-core            at-spi2-core      at-spi2-core
 test       gir1.2-atspi-2.0       -                       -                 typelib-1_0-Atspi-2_0

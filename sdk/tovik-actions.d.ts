@@ -1,4 +1,5 @@
-// tovik-actions.d.ts: typings of tovik-actions.js, a global script like tovik.d.ts.
+// tovik-actions.d.ts: typings of tovik-actions.js, a global script like tovik.d.ts. Modules have
+// index.d.ts.
 
 /** Builds action URLs. */
 interface TovikActionUrls {
@@ -13,6 +14,13 @@ interface TovikActionUrls {
 
   /** Resizes to pixels, 0 to 65535 each; a 0 stands for the first width or height. */
   resizePixels(width: number, height: number): string;
+
+  /**
+   * Resizes to the document: to this width, or without one to the width at which no line has to be
+   * broken, and to the height that its content then has; at most to the screen's. Heights that `html`
+   * and `body` have from styles do not count.
+   */
+  fit(width?: number): string;
 
   /** Loads the start page again, or ends with the redirect that the command line asks for. */
   reload(): string;

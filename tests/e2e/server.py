@@ -1,4 +1,5 @@
 """A loopback server for what only a server can show, in a thread of the test."""
+import functools
 import http.server
 import ssl
 import threading
@@ -43,7 +44,23 @@ def serve(test, page, certificate=None, hold=None):
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         context.load_cert_chain(certificate)
         server.socket = context.wrap_socket(server.socket, server_side=True)
+    return f"http{'s' if certificate else ''}://{run(test, server)}"
+
+
+class FolderHandler(http.server.SimpleHTTPRequestHandler):
+    def log_message(self, *_):
+        pass
+
+
+def serve_folder(test, folder):
+    """Serves the files of the folder for the life of the test and returns the server's address."""
+    handler = functools.partial(FolderHandler, directory=folder)
+    return f"http://{run(test, http.server.ThreadingHTTPServer(('127.0.0.1', 0), handler))}"
+
+
+def run(test, server):
+    """Runs the server for the life of the test and returns its address and port."""
     threading.Thread(target=server.serve_forever, daemon=True).start()
     test.addCleanup(server.server_close)
     test.addCleanup(server.shutdown)
-    return f"http{'s' if certificate else ''}://127.0.0.1:{server.server_port}"
+    return f"127.0.0.1:{server.server_port}"

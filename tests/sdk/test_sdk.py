@@ -1,8 +1,5 @@
 """What the SDK promises, on the real engine and in an ordinary browser."""
-import html
-import json
 import os
-import pathlib
 import re
 import shutil
 import signal
@@ -11,34 +8,34 @@ import sys
 import unittest.mock
 
 import guide
+from browsed import Browsed
 from server import serve
-from shell import BUILD, PATIENCE, SOURCE, Shell
-from test_bridge import CALLS
+from shell import BUILD, SOURCE
 from test_print import RESTART
 
 sys.path.insert(0, str(SOURCE / "sdk/python"))
 import tovik  # noqa: E402
 
-CHROMIUM = ("chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run "
-            "--disable-background-networking --disable-component-update --disable-sync "
-            "--virtual-time-budget=3000 --dump-dom").split()
-URLS = [
-    ("exit()", "tvk://exit"),
-    ("exit('CKR_OK', '')", "tvk://exit?status=CKR_OK&response="),
-    ("exit('A', 'é +&=#%\\ud800')", "tvk://exit?status=A&response=%C3%A9%20%2B%26%3D%23%25%EF%BF%BD"),
-    ("resizePercent(0)", "tvk://resize?status=0"),
-    ("resizePercent(999)", "tvk://resize?status=999"),
-    ("resizePixels(640, 0)", "tvk://resize?status=0x02800000"),
-    ("resizePixels(65535, 10)", "tvk://resize?status=0xFFFF000A"),
-    *((call, "RangeError") for call in ("resizePercent(1000)", "resizePercent(1.5)",
-                                        "resizePixels(65536, 1)", "resizePixels(1)")),
-    *((f"{name}()", f"tvk://{name}") for name in ("reload", "restart", "install", "uninstall")),
-]
-SURROGATES = "Tovik.EnumProperty('x\\ud800y\\udc00', 'é\\u{1f600}')"
 ASKED = [("exit('OK', 'a é')", "answer: a é", {}), ("exit('ERR')", "answer: ERR", {}),
          ("exit('')", "cancelled", {}), ("exit('OK')", "no answer", {"DISPLAY": "none"}),
          ("exit('OK')", "no answer", {"PATH": "/none"})]
 
+# A document as high as its window, until fit() has been called with each width.
+FITTED = """</script><script src="tovik-actions.js"></script>
+<style>body { margin: 0; min-height: 100vh } p { margin: 0; max-width: 300px }</style><p></p><script>
+const p = document.querySelector('p');
+p.textContent = 'a line that is longer than its box may be '.repeat(9);
+document.body.style = 'color: red;';
+(function next([[size, height, width], ...others]) {
+  p.style.height = height;
+  TovikActions.fit(width);
+  const timer = setInterval(() => {
+    if (size === innerWidth + 'x' + innerHeight) {
+      clearInterval(timer);
+      others.length ? next(others) : exit('OK', document.body.style.cssText);
+    }
+  }, 20);
+})([['300x200', '200px'], ['500x301', '300.5px', 500], ['300x994', '9999px'], ['64x64', '0px', 0]])"""
 QUERY = """#include <stdio.h>
 #include <tovik/dialog.h>
 int main(int count, char** words)
@@ -52,7 +49,7 @@ int main(int count, char** words)
 """
 
 
-class Sdk(Shell):
+class Sdk(Browsed):
     window_manager = True
 
     def setUp(self):
@@ -60,27 +57,14 @@ class Sdk(Shell):
         self.sdk = shutil.copytree(SOURCE / "sdk", self.dir / "sdk")
         self.environment["PATH"] = f"{BUILD}/bin:{os.environ['PATH']}"
 
-    def browse(self, page):
-        """The document as it stands when an ordinary browser has run its scripts."""
-        if not shutil.which(CHROMIUM[0]):
-            self.skipTest("Chromium is not installed")
-        return html.unescape(subprocess.run(
-            [*CHROMIUM, f"--user-data-dir={self.dir / 'profile'}", page.as_uri()], text=True,
-            env=self.desktop(), check=True, capture_output=True, timeout=PATIENCE).stdout)
-
     def test_mock_and_bridge_conform_on_one_page(self):
-        page = pathlib.Path(shutil.copy(SOURCE / "tests/sdk/conformance.html", self.sdk))
-        calls = [*CALLS, *((f"TovikActions.urls.{call}", url) for call, url in URLS)]
-        (self.sdk / "calls.js").write_text(
-            f"const CALLS = {json.dumps([call for call, _ in calls] + [SURROGATES])}")
-        self.install("newer")
-        real = json.loads(self.run_host("-url", page.as_uri()))
-        mock = json.loads(re.search("answer: (.*)</output>", self.browse(page))[1])
-        for (call, expected), *values in zip(calls, real["values"], mock["values"]):
-            self.assertEqual(values, [expected, expected], call)
-        self.assertEqual(real["values"][len(calls):], mock["values"][len(calls):], SURROGATES)
-        self.assertEqual(mock["actions"], [
-            ["resize", "5%zz0 1", None], ["exit", "OK", "é +&%"], ["exit", "ERR", "x"]])
+        self.conform(self.sdk, "<script src='tovik-mock.js'></script><script src='tovik-actions.js'>"
+                     "</script><script>conform(window.TovikMock, TovikActions)</script>")
+
+    def test_fit_sizes_the_window_to_the_document(self):
+        shutil.copy(self.sdk / "tovik-actions.js", self.dir)
+        self.start("-url", self.page(FITTED, "fit.html"))
+        self.assertEqual(self.finish(), "color: red;")
 
     def test_typings_are_neither_narrower_nor_wider_than_the_bridge(self):
         self.assertEqual("checked\n", self.ask("tsc --noEmit --strict --target es2020 "
@@ -89,9 +73,9 @@ class Sdk(Shell):
     def test_page_says_that_there_is_no_bridge(self):
         page = self.sdk / "templates/page"
         shutil.copy(self.sdk / "tovik-actions.js", page)
-        self.assertIn('id="notice" role="alert">', self.browse(page / "index.html"))
+        self.assertIn('id="notice" role="alert">', self.browse((page / "index.html").as_uri()))
         shutil.copy(self.sdk / "tovik-mock.js", page)
-        self.assertIn('role="alert" hidden="">', self.browse(page / "index.html"))
+        self.assertIn('role="alert" hidden="">', self.browse((page / "index.html").as_uri()))
 
     def test_form_answers_without_a_script(self):
         self.start("-url", (SOURCE / "examples/form/index.html").as_uri())

@@ -1,0 +1,49 @@
+"""The SDK as a package of npm: installed, checked, bundled, and as modules without a bundler."""
+import json
+import shutil
+import subprocess
+
+import guide
+from browsed import Browsed
+from shell import BUILD, SOURCE
+
+MODULES = """<script type="importmap">{ "imports": { "tovik-sdk": "./node_modules/tovik-sdk/index.js",
+    "tovik-sdk/mock": "./node_modules/tovik-sdk/mock.js",
+    "tovik-sdk/tovik-actions.js": "./node_modules/tovik-sdk/tovik-actions.js" } }</script>
+<script type="module" src="%s"></script>"""
+
+
+class Npm(Browsed):
+    def setUp(self):
+        super().setUp()
+        self.project = self.dir / "project"
+        self.project.mkdir()
+        (self.project / "package.json").write_text('{"type": "module"}')
+        self.install_package()
+
+    def install_package(self):
+        """Packs the SDK and installs it into the project, like npm also where that is missing."""
+        if shutil.which("npm"):
+            self.do("npm", "pack", "--silent", SOURCE / "sdk")
+            tarball, = self.project.glob("*.tgz")
+            self.do("npm", "install", "--offline", "--no-audit", "--no-fund", tarball)
+            return
+        installed = self.project / "node_modules/tovik-sdk"
+        packed = json.loads((SOURCE / "sdk/package.json").read_text())["files"]
+        for source in (found for part in (*packed, "package.json") for found in SOURCE.glob(f"sdk/{part}")):
+            target = installed / source.relative_to(SOURCE / "sdk")
+            target.parent.mkdir(parents=True, exist_ok=True)
+            (shutil.copytree if source.is_dir() else shutil.copy)(source, target)
+
+    def do(self, *command):
+        done = subprocess.run(command, cwd=self.project, env=self.desktop(), text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        self.assertEqual(done.returncode, 0, done.stdout)
+        return done.stdout
+
+    def test_package_conforms_in_a_bundle_and_without_a_bundler(self):
+        source = shutil.copy(SOURCE / "tests/sdk/module.ts", self.project / "main.ts")
+        self.do("tsc", "--strict", "--target", "es2020", "--module", "node16", source)
+        self.do("esbuild", "main.ts", "--bundle", "--outfile=bundle.js")
+        for scripts in ('<script src="bundle.js"></script>', MODULES % "main.js"):
+            self.conform(self.project, scripts)
