@@ -5,16 +5,19 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/display.sh
+. scripts/progress.sh
 packages=$PWD/build/package
 
 # step TEXT COMMAND...: carries out one step; its output is shown when it fails.
 step() {
     local text=$1 start=$SECONDS status
     shift
+    begin_progress "$text"
     set +e # not "if": within a condition the command would go on after a failure
     (set -e && "$@") >"$log" 2>&1
     status=$?
     set -e
+    end_progress
     if [ $status -ne 0 ]; then
         cat "$log"
         printf 'FAILED  %s\n' "$text"
@@ -92,7 +95,8 @@ scratch=$(mktemp -d)
 log=$scratch/log
 trap 'rm -r "$scratch"' EXIT
 if [ "${1:-}" = --in-root ]; then
-    root=$2 SECONDS=$((EPOCHSECONDS - $3))
+    root=$2 SECONDS=$((EPOCHSECONDS - $3)) progress=$4
+    end_progress
     printf 'ok  %4d s  a clean root has been made\n' "$SECONDS"
     step 'both packages install with what they depend on' install_packages
     step 'a dialog runs and prints its answer' show_dialog
@@ -106,8 +110,9 @@ else
         echo 'package.sh: the packages are in build/package, and not tried: that needs root' >&2
         exit 1
     fi
+    begin_progress 'a clean root is made'
     # On the file system of the display's socket, which gets a second name in the clean root.
     TMPDIR=/tmp mmdebstrap --quiet --variant=apt \
-        --customize-hook="$(printf '%q --in-root "$1" %q' "$PWD/scripts/package.sh" "$EPOCHSECONDS")" \
+        --customize-hook="$(printf '%q --in-root "$1" %q %q' "$PWD/scripts/package.sh" "$EPOCHSECONDS" "$progress")" \
         "$(. /etc/os-release && echo "$VERSION_CODENAME")" /dev/null
 fi

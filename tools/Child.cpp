@@ -53,13 +53,33 @@ char* map_shared()
     std::exit(0); // NOLINT(concurrency-mt-unsafe): what plug-ins do at exit is part of the work
 }
 
+/// Waits until the process, a descriptor, has ended, or for that many seconds. On a terminal it
+/// says after two seconds what the child is doing. Returns what poll() does.
+int await_end(int process, unsigned int seconds, const ChildProgress& progress)
+{
+    constexpr unsigned int kSilent = 2;
+    const bool onTerminal = isatty(STDERR_FILENO) == 1;
+    pollfd ended = {process, POLLIN, 0};
+    int ready = 0;
+    for (unsigned int passed = 0; passed < seconds && ready == 0; ++passed) {
+        if (onTerminal && passed >= kSilent) {
+            std::fprintf(stderr, "%s%u s of %u s: %s", kClearLine, passed, seconds,
+                escaped(progress.current()).c_str());
+        }
+        ready = poll(&ended, 1, 1000);
+    }
+    if (onTerminal) {
+        std::fputs(kClearLine, stderr);
+    }
+    return ready;
+}
+
 /// How the child ended; empty when it ended by exit(0) after its work.
 std::string end_of(pid_t child, unsigned int seconds, const ChildProgress& progress)
 {
     // Not every version of the C library declares pidfd_open() for C++.
     const OwnedDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
-    pollfd ended = {process.get(), POLLIN, 0};
-    const int ready = process ? poll(&ended, 1, static_cast<int>(seconds) * 1000) : -1;
+    const int ready = process ? await_end(process.get(), seconds, progress) : -1;
     if (ready == 0) {
         kill(child, SIGKILL);
         kill(-child, SIGKILL);

@@ -34,13 +34,17 @@ private:
 /// Seconds that a child is given unless "--limit" says otherwise.
 constexpr unsigned int kDefaultLimit = 20;
 
+/// What removes the line on a terminal that says what a child is doing.
+constexpr char kClearLine[] = "\r\033[K";
+
 /// Reads the value of "--limit", a whole decimal number from 1 to 3600; false for any other text.
 bool read_limit(std::string_view text, unsigned int& limit);
 
 /// Runs `work` in a child process that ends by exit(), and adds the findings of the child to
 /// `report`. The child's standard output goes to standard error. The child leads a process group of
 /// its own, so that a signal to its group reaches no other process, and a child that hangs is
-/// killed with its group.
+/// killed with its group. On a terminal, standard error shows the step that it has begun after two
+/// seconds.
 /// Returns the empty string when the child ended by exit(0) after `work`; else how it ended and in
 /// which step: by a signal, with a status of its own, or not within `seconds`.
 std::string run_in_child(

@@ -191,7 +191,9 @@ void call_plugin(const std::string& path, const std::vector<CallStep>& steps, in
     const WatchedPlugin::Begin& begin, Report& report)
 {
     WatchedPlugin plugin(begin, [&](const std::string& line, bool wrong) {
-        if (dprintf(output, "%s\n", line.c_str()) < 0) {
+        // In the place of what the parent may show.
+        const char* const start = isatty(output) == 1 ? kClearLine : "";
+        if (dprintf(output, "%s%s\n", start, line.c_str()) < 0) {
             report.wrong("output", "cannot be written");
         }
         if (wrong) {

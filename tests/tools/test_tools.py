@@ -1,5 +1,7 @@
 """The tools beside the host: each fault is found, by its name, and what is sound passes."""
 import json
+import os
+import pty
 import re
 import shutil
 import subprocess
@@ -89,6 +91,16 @@ class Tools(Shell):
             self.assertEqual((status, lines, errors.count("\n")), (2, "", 1), errors)
         lonely = shutil.copy(BUILD / "bin/tovik-plugin-check", self.dir)
         self.assertIn("library is missing", self.ask_tool(lonely, PLUGINS / "newer/libtovik.so")[2])
+
+    def test_plugin_check_says_on_a_terminal_what_it_waits_for(self):
+        terminal, errors = pty.openpty()
+        self.spawn([BUILD / "bin/tovik-plugin-check", PLUGINS / "newer/libtovik.so"], stderr=errors,
+                   stdout=subprocess.DEVNULL, env=self.environment | {"TEST_NULL_COMMAND": "hang"})
+        os.close(errors)
+        shown = b""
+        while b" s of 20 s: PlgInvoke(null)" not in shown:
+            shown += os.read(terminal, 1000)
+        os.close(terminal)
 
     def test_doctor_tells_what_the_host_would_do(self):
         lib = self.install("newer")
