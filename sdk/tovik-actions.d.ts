@@ -18,7 +18,8 @@ interface TovikActionUrls {
   /**
    * Resizes to the document: to this width, or without one to the width at which no line has to be
    * broken, and to the height that its content then has; at most to the screen's. Heights that `html`
-   * and `body` have from styles do not count.
+   * and `body` have from styles do not count. Performed once the document has loaded, with its styles
+   * and images; as a URL, for the document as it stands.
    */
   fit(width?: number): string;
 

@@ -65,7 +65,17 @@ globalThis.TovikActions = (() => {
     }
   }
 
-  const performers = Object.entries(urls)
-      .map(([name, build]) => [name, (...values) => perform(build(...values))]);
-  return Object.freeze({ ...Object.fromEntries(performers), urls: Object.freeze(urls) });
+  const performers = Object.fromEntries(Object.entries(urls)
+      .map(([name, build]) => [name, (...values) => perform(build(...values))]));
+
+  /** Waits for styles and images: a deferred script may run before they have loaded. */
+  function fit(width) {
+    if (document.readyState === 'complete') {
+      performers.fit(width);
+    } else {
+      addEventListener('load', () => performers.fit(width), { once: true });
+    }
+  }
+
+  return Object.freeze({ ...performers, fit, urls: Object.freeze(urls) });
 })();
