@@ -5,7 +5,7 @@ import subprocess
 
 import guide
 from browsed import Browsed
-from shell import BUILD, SOURCE
+from shell import SOURCE
 
 MODULES = """<script type="importmap">{ "imports": { "tovik-sdk": "./node_modules/tovik-sdk/index.js",
     "tovik-sdk/mock": "./node_modules/tovik-sdk/mock.js",
@@ -14,6 +14,8 @@ MODULES = """<script type="importmap">{ "imports": { "tovik-sdk": "./node_module
 
 
 class Npm(Browsed):
+    window_manager = True
+
     def setUp(self):
         super().setUp()
         self.project = self.dir / "project"
@@ -47,3 +49,18 @@ class Npm(Browsed):
         self.do("esbuild", "main.ts", "--bundle", "--outfile=bundle.js")
         for scripts in ('<script src="bundle.js"></script>', MODULES % "main.js"):
             self.conform(self.project, scripts)
+
+    def test_template_bundled_without_its_mock_signs_in_the_host(self):
+        shutil.copytree(SOURCE / "sdk/templates/vite", self.project, dirs_exist_ok=True)
+        self.do("esbuild", "src/main.ts", "--bundle", "--format=esm", "--outdir=dist",
+                "--define:import.meta.env.DEV=false")
+        page = self.project / "dist/index.html"
+        page.write_text((self.project / "index.html").read_text().replace(
+            "/src/main.ts", "./main.js").replace("</head>", '<link rel="stylesheet" href="main.css"></head>'))
+        self.assertNotIn("No handler for", (self.project / "dist/main.js").read_text())
+        guide.read(SOURCE / "sdk/README.md", self.dir)
+        self.do("cc", "-shared", "-fPIC", "-Wl,-Bsymbolic", f"-I{SOURCE}/sdk/include", "../plugin.c",
+                "-o", self.install() / "libtovik.so")
+        self.process = self.spawn([self.host, "--print", "-url", page.as_uri()], text=True,
+                                  env=self.environment, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        self.assertRegex(self.answer_by_keyboard()[0], r"^signed by \w*a\n$")

@@ -3,7 +3,8 @@
 import { spawn } from 'node:child_process';
 import { createServer } from 'vite';
 
-const server = await createServer({ server: { host: '127.0.0.1' } });
+// Standard output is for the answer alone.
+const server = await createServer({ logLevel: 'warn', server: { host: '127.0.0.1' } });
 await server.listen();
 const [page] = server.resolvedUrls.local;
 const trial = spawn('tovik-try', ['--pages', page, '--console', ...process.argv.slice(2)], { stdio: 'inherit' });
