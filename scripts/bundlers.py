@@ -80,22 +80,27 @@ class Bundlers(Shell):
                          "--plugin", self.plugin, "--"]
 
     def picture(self, path):
-        """Takes a picture of the window; whether it is the same as the first, or as one just taken."""
+        """Takes a picture of the window and returns what identifies its size and its pixels."""
         window = self.ask("xdotool search --onlyvisible --class '^(tovik|ab|try)$'").strip()
-        before = self.first or path.with_suffix(".before.png")
-        if not self.first and path.exists():
-            path.rename(before)
         self.ask(f"import -silent -window {window} {path}")
-        same = self.ask(f"compare -metric AE {before} {path} null: 2>&1") == "0"
-        # The page fits the window once its styles are there.
-        return same and "Height: 512" not in self.ask(f"xwininfo -id {window}")
+        size, colours, pixels = (self.ask(f"identify -format '%wx%h %k %#' {path}") or "0 0 0").split()
+        # One of a window that is not drawn yet has few colours.
+        return (size, pixels) if int(colours) > 50 else None
+
+    def drawn(self, path):
+        """Waits for a picture that does not change any more."""
+        seen = []
+        while len(seen) < 10:
+            taken = self.until(lambda: self.picture(path))
+            seen = [*seen, taken] if taken in seen else [taken]
+        return taken
 
     def show(self, name, command):
         """Shows the page until it looks like the first one, and answers it."""
         path = PICTURES / f"{name}.png"
         self.start("--print", command=command)
-        self.until(lambda: self.picture(path))
-        self.first = self.first or path
+        self.first = self.first or self.drawn(path)
+        self.until(lambda: self.picture(path) == self.first)
         self.ask("xdotool search --onlyvisible --class '^(tovik|ab|try)$' windowactivate --sync"
                  " type Ada && xdotool key Return")
         self.finish()
