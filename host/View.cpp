@@ -3,6 +3,7 @@
 #include "host/Console.h"
 #include "host/Inspector.h"
 #include "host/Line.h"
+#include "host/Parent.h"
 #include "host/ProductLayout.h"
 
 #include <algorithm>
@@ -67,6 +68,19 @@ void web_process_ended_cb(void*, int reason, void* data) noexcept
               "tovik-plugin-check"});
 }
 
+/// The value of an option as the library reads it: empty when it is missing, null without the
+/// option.
+const char* option_value(const Run& run, const char* name)
+{
+    char** const end = run.argv + run.argc;
+    char** const found = std::find_if(
+        run.argv, end, [=](const char* word) { return std::strcmp(word, name) == 0; });
+    if (found == end) {
+        return nullptr;
+    }
+    return found + 1 == end || *found[1] == '-' ? "" : found[1];
+}
+
 /// Emission hook of "parent-set", with the widget as the first value. True as long as it is to be
 /// called again.
 int parent_set_cb(void*, unsigned int, const Value* values, void* data) noexcept
@@ -89,35 +103,17 @@ int parent_set_cb(void*, unsigned int, const Value* values, void* data) noexcept
     if (run.inspect) {
         allow_inspector(library, widget);
     }
+    const char* parent = option_value(run, "--parent");
+    if (parent != nullptr) {
+        give_parent(library, widget, parent, option_value(run, "-position") != nullptr);
+    }
     return 0;
-}
-
-/// The value of "-url" as the library reads it; null without one.
-const char* page_option(const Run& run)
-{
-    char** const end = run.argv + run.argc;
-    char** const found = std::find_if(
-        run.argv, end, [](const char* word) { return std::strcmp(word, "-url") == 0; });
-    if (found == end) {
-        return nullptr;
-    }
-    return found + 1 == end || *found[1] == '-' ? "" : found[1];
-}
-
-/// The value of "-root", empty without one.
-std::string_view root_option(const Run& run)
-{
-    for (int i = 1; i + 1 < run.argc; ++i) {
-        if (std::strcmp(run.argv[i], "-root") == 0) {
-            return *run.argv[i + 1] == '-' ? "" : run.argv[i + 1];
-        }
-    }
-    return "";
 }
 
 void print_missing_page(const Run& run)
 {
-    const char* page = page_option(run);
+    const char* page = option_value(run, "-url");
+    const char* rootOption = option_value(run, "-root");
     if (page != nullptr && std::strstr(page, "://") != nullptr) {
         print_line({"tovik: start page not found: the plug-in has no ", page, "; correct -url"});
         return;
@@ -126,7 +122,7 @@ void print_missing_page(const Run& run)
     const char* library = realpath(run.library.path, resolved);
     const std::string_view path = library == nullptr ? run.library.path : library;
     const std::size_t name = path.rfind('/') + 1;
-    const std::string_view root = root_option(run);
+    const std::string_view root = rootOption == nullptr ? "" : rootOption;
     print_line({"tovik: start page not found: ", page == nullptr ? "index.html" : page,
         page == nullptr ? " (or what the plug-in's default options say)" : "", "; looked in ",
         path.substr(0, name), root.empty() ? "" : ", ", root, ", /etc/",

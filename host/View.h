@@ -21,8 +21,8 @@ struct Run {
 };
 
 /// Gives the view, as soon as it exists, a language that scripts understand, has the end of a web
-/// process reported on standard error, and starts the console and the inspector if they are asked
-/// for. `run` is used until the end of the process.
+/// process reported on standard error, and starts the console and the inspector and gives the
+/// window a parent if they are asked for. `run` is used until the end of the process.
 void await_view(Run& run);
 
 /// Reports on standard error, when the main loop starts, that the start page was not found.

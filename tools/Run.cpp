@@ -1,5 +1,6 @@
 // Examines the run that the command line asks for.
 #include "bridge/WebBridge.h"
+#include "host/ParentHandle.h"
 #include "process/ProcessArguments.h"
 #include "process/ProcessState.h"
 #include "tools/CallRecorder.h"
@@ -59,8 +60,8 @@ void examine_options(const Run& run, Report& report)
     report.ok("options", shown.empty() ? "none" : shown);
 }
 
-/// Reports values that the library reads as 0 because they are no numbers, and paths that it
-/// ignores because they are too long.
+/// Reports values that the library reads as 0 because they are no numbers, paths that it ignores
+/// because they are too long, and a handle that the host cannot read.
 void examine_values(const Run& run, Report& report)
 {
     for (const Option& option : kOptions) {
@@ -85,6 +86,11 @@ void examine_values(const Run& run, Report& report)
             report.wrong("options",
                 std::string(name) + " has more than 259 bytes, so it is ignored; shorten it");
         }
+    }
+    const char* parent = nullptr;
+    if (wa_get_argument(option("--parent").name, &parent) != 0
+        && parent_handle(parent).kind == ParentHandle::Kind::none) {
+        report.wrong("options", std::string("--parent \"") + parent + "\"" + kIsNoHandle);
     }
 }
 

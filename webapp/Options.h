@@ -63,6 +63,9 @@ inline constexpr Option kOptions[] = {
         "trace to standard output, with --print to standard error"},
     {"--print", OptionKind::flag, OptionScope::host, "", nullptr,
         "print the answer and a line end on standard output"},
+    {"--parent", OptionKind::text, OptionScope::host, "HANDLE", nullptr,
+        "show the dialog above a window of another program: x11:0xNUMBER,\n"
+        "wayland:TOKEN, or the number of an X window"},
     {"--console", OptionKind::flag, OptionScope::host, "", nullptr,
         "what goes wrong in the page, and its console, on standard error"},
     {"--inspect", OptionKind::flag, OptionScope::host, "[=PORT]", nullptr,

@@ -21,7 +21,7 @@
 
 /* The options of the program: first those with a value, then the flags. */
 static const char* const kValued[] = {"-url", "-root", "-store", "-title", "-icon", "-size",
-    "-position", "-useragent", "-wait", "-plugin", "-config", NULL};
+    "-position", "-useragent", "-wait", "-plugin", "-config", "--parent", NULL};
 static const char* const kFlags[] = {"-fullscreen", "-resizing", "-system", "-verbose", "--print",
     "--console", "--inspect", "--help", "--version", NULL};
 

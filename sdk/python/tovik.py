@@ -16,7 +16,7 @@ GRACE = 2  # seconds between asking a dialog to end and ending it
 
 # The options of the program: first those with a value, then the flags.
 VALUED = frozenset(("-url", "-root", "-store", "-title", "-icon", "-size", "-position",
-                    "-useragent", "-wait", "-plugin", "-config"))
+                    "-useragent", "-wait", "-plugin", "-config", "--parent"))
 FLAGS = frozenset(("-fullscreen", "-resizing", "-system", "-verbose",
                    "--print", "--console", "--inspect", "--help", "--version"))
 
@@ -41,7 +41,7 @@ class Refused(NoAnswer, ValueError):
     """An argument means something else to the program, or cannot be passed to it."""
 
 
-def dialog(*arguments, program="tovik", timeout=None, query=None):
+def dialog(*arguments, program="tovik", timeout=None, query=None, parent=None):
     """Runs a dialog to its end and returns the page's answer, perhaps a status such as "ERR".
 
     arguments   options of the program, without "-store"
@@ -49,12 +49,16 @@ def dialog(*arguments, program="tovik", timeout=None, query=None):
     timeout     seconds to wait; None waits for ever
     query       names and values for the start page, a mapping or pairs, encoded here. {} gives the
                 page no query. With None the query of the first argument that holds "://" is used
+    parent      handle of the window that the dialog belongs to: "x11:0x1c00007", "wayland:TOKEN", or
+                the number of an X window, as a text or an int
 
     The answer comes through a pipe, so that the dialog ends when this process ends, by a signal too.
 
     Raises Cancelled, TimedOut, Crashed, Refused or, when there is no answer at all, NoAnswer.
     """
     words = [os.fspath(word) for word in arguments]
+    if parent is not None:
+        words[:0] = ["--parent", str(parent)]
     for name, value in zip(words, words[1:]):
         if name in VALUED and value.partition("=")[0] in VALUED | FLAGS:
             raise Refused(f"the value of {name} is the option {value}")

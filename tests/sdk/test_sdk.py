@@ -161,7 +161,7 @@ class Sdk(Browsed):
 
     def test_callers_know_the_options(self):
         text = self.ask("tovik --help")
-        valued = set(re.findall(r"^ +(-\w+) [A-Z]", text, re.M))
+        valued = set(re.findall(r"^ +(--?\w+) [A-Z]", text, re.M))
         flags = set(re.findall(r"^ +(--?\w+)(?:  |\[)", text, re.M))
         self.assertEqual((tovik.VALUED, tovik.FLAGS), (valued, flags))
         source = (self.sdk / "c/tovik_dialog.c").read_text()

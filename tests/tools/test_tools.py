@@ -124,7 +124,8 @@ class Tools(Shell):
                  f"(not there), {lib}/libtovik.so (there)", f"page: file://{lib}/index.html; looked",
                  f"module: WebKit opens {lib}/libtovikgui.so", "area: 1280 x 1024", "brand: tovik"),
                 (("-url", page, *store, "-size", "0x00320032"), 0, f"page: {page}", "640 x 512 at"),
-                (("-size", "320x512", "-wait"), 1, 'not "320x512"', '-wait needs a number, such as'),
+                (("-size", "320x512", "--parent", "1c", "-wait"), 1, 'not "320x512"',
+                 '--parent "1c" is no handle; give', '-wait needs a number, such as'),
                 (("-url", page, "a://b?c", "-plugin", "x" * 260), 1, "NOTE  options: the query of "
                  "a://b?c is not passed on", "-plugin has more than 259"),
                 (("-url", "none.html"), 1, "WRONG start page: no none.html", "NOTE  answer"),

@@ -27,7 +27,9 @@ enum tovik_outcome {
  * process ends, by a signal too.
  *
  *     arguments  null-terminated: the program, "tovik" or a path, and its options, without
- *                "-store". An option whose value is an option itself gives TOVIK_NOT_SHOWN
+ *                "-store". An option whose value is an option itself gives TOVIK_NOT_SHOWN.
+ *                "--parent" and a handle such as "x11:0x1c00007" show the dialog above a window of
+ *                this program
  *     seconds    how long to wait; 0 waits for ever
  *     answer     receives the answer of TOVIK_ANSWERED, released with free(); else null
  *
@@ -40,7 +42,8 @@ enum tovik_outcome {
  *     }
  *     free(answer);
  *
- * Blocks the calling thread. SIGCHLD must neither be ignored nor be handled by reaping every child.
+ * Blocks the calling thread: a program with windows calls it in a thread of its own. SIGCHLD must
+ * neither be ignored nor be handled by reaping every child.
  */
 enum tovik_outcome tovik_dialog(const char* const* arguments, unsigned int seconds, char** answer);
 
