@@ -102,7 +102,10 @@ class Shell(unittest.TestCase):
         self.store.unlink(missing_ok=True)
         if not {"-store", "--print"} & set(arguments):
             arguments = (*arguments, "-store", self.store)
-        # Into files: a pipe fills up, and the engine's own processes keep it open for a while.
+        # Into files: a pipe fills up, and the engine's own processes keep it open for a while. Those
+        # of an earlier start may still write to the former ones.
+        for name in ("trace", "errors"):
+            (self.dir / name).unlink(missing_ok=True)
         with open(self.dir / "trace", "w") as trace, open(self.dir / "errors", "w") as errors:
             self.process = self.spawn([*(command or [self.host]), *arguments], cwd=self.dir,
                                       env=self.environment, stdout=trace, stderr=errors)

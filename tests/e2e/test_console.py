@@ -37,11 +37,6 @@ class Console(Shell):
         self.assertIsNone(self.process.poll())
 
     def test_each_fault_of_a_page_is_named(self):
-        (self.dir / "worker.js").write_text("console.log('unseen'); missing()")
-        self.start("--console", "-url", self.page("new Worker('worker.js'); new Worker('none.js')"))
-        self.says(f"exception {self.dir.as_uri()}/worker.js:1:31: ReferenceError: Can't find variable: missing\n")
-        self.says("/none.js: Error opening file")
-        self.end()
         address = serve(self, FAULTS, hold=(hold := threading.Event()))
         self.start("--console", "-url", address + "/page")
         for text in SEEN:
@@ -55,6 +50,11 @@ class Console(Shell):
             self.start("--console", "-url", page)
             self.says(f"{name}: Error opening file")
             self.end()
+        (self.dir / "worker.js").write_text("console.log('unseen'); missing()")
+        self.start("--console", "-url", self.page("new Worker('worker.js'); new Worker('none.js')"))
+        self.says(f"exception {self.dir.as_uri()}/worker.js:1:31: ReferenceError: Can't find variable: missing\n")
+        self.says("/none.js: Error opening file")
+        self.end()
         self.start("-url", self.page("console.log(1); missing()"))
         self.close_window()
         self.finish()
