@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the packages that a task needs, and those named: install-deps.sh [TASK [PACKAGE...]]
 #   run      building, and showing a dialog
+#   signing  scripts/signing.sh
 #   test     scripts/test.sh; this is the task unless told
 #   bench    scripts/bench.sh
 #   package  scripts/package.sh
@@ -21,6 +22,10 @@ build      libwebkit2gtk-4.1-dev  webkit2gtk4.1-devel     webkit2gtk-4.1    webk
 display    xvfb                   xorg-x11-server-Xvfb    xorg-server-xvfb  xorg-x11-server-Xvfb
 display    xdotool                xdotool                 xdotool           xdotool
 display    imagemagick            ImageMagick             imagemagick       ImageMagick
+signing    libp11-kit-dev         p11-kit-devel           p11-kit           p11-kit-devel
+signing    p11-kit-modules        p11-kit                 -                 p11-kit
+signing    softhsm2               softhsm                 softhsm           softhsm
+signing    openssl                openssl                 openssl           openssl
 reference  doxygen                doxygen                 doxygen           doxygen
 measure    libbenchmark-dev       google-benchmark-devel  benchmark         benchmark-devel
 measure    python3                python3                 python            python3
@@ -39,7 +44,6 @@ test       openbox                openbox                 openbox           open
 test       x11-utils              xprop                   xorg-xprop        xprop
 test       -                      xwininfo                xorg-xwininfo     xwininfo
 test       xdg-utils              xdg-utils               xdg-utils         xdg-utils
-test       openssl                openssl                 openssl           openssl
 test       ?chromium              chromium                chromium          chromium
 test       node-typescript        nodejs-typescript       typescript        typescript
 test       esbuild                golang-github-evanw-esbuild esbuild      esbuild
@@ -58,15 +62,16 @@ package    mmdebstrap             -                       -                 -'
 task=${1:-test}
 shift || true
 case $task in
-run)
+run | signing)
     groups=build
-    [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] || groups='build|display'
+    [ "$task" = run ] || groups='build|signing'
+    [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] || groups+='|display'
     ;;
-test) groups='build|display|reference|measure|test' ;;
+test) groups='build|signing|display|reference|measure|test' ;;
 bench) groups='build|display|measure|plots' ;;
 package) groups='build|display|reference|package' ;;
 *)
-    echo 'usage: install-deps.sh [run|test|bench|package [PACKAGE...]]' >&2
+    echo 'usage: install-deps.sh [run|signing|test|bench|package [PACKAGE...]]' >&2
     exit 2
     ;;
 esac

@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # Builds Tovik and shows the demo dialog, or any page: run.sh [PAGE-OR-URL [OPTION]...]
+# "run.sh signing [DOCUMENT]" shows the example that signs with a token instead (signing.sh).
 # Without a display it starts a virtual one; the demo dialog then fills itself in, and a screenshot
 # is kept. The last line is "answer: " and the text of the result file.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 demo=$root/build/release/demo
+[ "${1:-}" != signing ] || exec "$root/scripts/signing.sh" "${@:2}"
 
 "$root/scripts/install-deps.sh" run
 (cd "$root" && cmake --preset release && cmake --build --preset release --target demo) >&2
