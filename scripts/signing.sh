@@ -53,7 +53,7 @@ type_pin() {
 
 if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     . "$root/scripts/display.sh"
-    start_display -screen 0 520x720x24
+    start_display -screen 0 520x760x24
     # Nobody needs assistive technology on a display without a person.
     export DBUS_SESSION_BUS_ADDRESS=disabled:
 fi

@@ -87,6 +87,7 @@ function showKeys() {
 
 function showTokens() {
   known = tokens();
+  fields.hidden = known.length === 0;
   fill(tokenList, known, token => token.label);
   showKeys();
 }
@@ -154,7 +155,7 @@ async function open() {
   Tovik.SetProperty('Scheme', query.get('scheme') || '');
   const status = await work('ReadDocument');
   if (status !== 0) {
-    fields.disabled = true;
+    fields.hidden = true;
     element('cancel').textContent = TEXTS.close;
     showProblem(status);
     return;
@@ -193,6 +194,7 @@ if (window.Tovik && Tovik.GetProperty('State') !== '') {
   open();
 } else {
   answer = 'CKR_FUNCTION_FAILED';
+  fields.hidden = true;
   element('problem').textContent = TEXTS.noBridge;
   element('cancel').textContent = TEXTS.close;
   element('cancel').focus();

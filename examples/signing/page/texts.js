@@ -77,7 +77,7 @@ const GERMAN = {
   hint: minimum => `Mindestens ${minimum} Zeichen`,
   reader: 'Geben Sie die PIN am Kartenleser ein.',
   noLogin: 'Diese Karte braucht keine PIN.',
-  low: 'Die letzte PIN war falsch. Es bleiben nur wenige Versuche.',
+  low: 'Zuletzt war die PIN falsch. Nur wenige Versuche bleiben.',
   final: 'Dies ist der letzte Versuch, bevor die Karte gesperrt wird.',
   started: 'Einen Moment ...',
   module: 'Das Sicherheitsmodul wird gestartet ...',

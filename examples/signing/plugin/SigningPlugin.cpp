@@ -80,7 +80,7 @@ const char* SigningPlugin::property(std::string_view name)
     } else if (name == "UserAgentId") {
         m_answer = "TovikSigning/1.0";
     } else if (name == "ConfigGlobal:Command:App") {
-        m_answer = "-url signing.html -title \"Signature\" -size 0x01E002A8";
+        m_answer = "-url signing.html -title \"Signature\" -size 0x01E002C0";
     } else {
         return nullptr;
     }
