@@ -35,11 +35,11 @@ TROUBLE = [
      "0x90 CKR_OPERATION_ACTIVE", '"document"'),
     ("locks", f"{WRONG} {LOW} {WRONG} {LOW} {WRONG} {LOW} {RIGHT}", "0xA0 CKR_PIN_INCORRECT", '"low"',
      '"final"', '"locked"', LOCKED),
-    ("confirms", RIGHT, "0x0 CKR_OK"),
+    ("confirms", RIGHT, "0x0 CKR_OK", "0x0 CKR_OK"),
     ("latin", "enum TokenLabel {token}", '= "Zo\ufffd"'),
     ("removed=0x32", REMOVED, "0x32 CKR_DEVICE_REMOVED", '= ""', '("Token", "") = ""'),
     ("removed=0xE1", REMOVED, "0xE1 CKR_TOKEN_NOT_RECOGNIZED", '= ""', '("Token", "") = ""'),
-    ("exchanged", RIGHT, "0xE0 CKR_TOKEN_NOT_PRESENT"),
+    ("exchanged", RIGHT, "0x0 CKR_OK", "0xE0 CKR_TOKEN_NOT_PRESENT"),
     ("refuses=0x68", RIGHT, "0x68 CKR_KEY_FUNCTION_NOT_PERMITTED"),
 ]
 # Statuses of commands or what the lists hold, and the answer when the dialog is closed then.
@@ -123,8 +123,9 @@ class Signing(Shell):
             printed = self.call(steps, TEST_TOKEN=trouble)
             at = printed.index('("Key"')  # the calls before it succeed
             for end in ends:
-                at = printed.find(end + "\n", at) + 1
-                self.assertGreater(at, 0, (trouble, end, printed))
+                found = printed.find(end + "\n", at)
+                self.assertGreater(found, 0, (trouble, end, printed))
+                at = found + len(end)
 
     def test_modules_and_tokens_are_found_or_missed(self):
         for module in ("/none/module.so", PLUGIN):

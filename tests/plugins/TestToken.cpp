@@ -7,7 +7,7 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <fstream>
-#include <sstream>
+#include <set>
 #include <string>
 
 namespace {
@@ -42,8 +42,9 @@ CK_RV get_token_info(CK_SLOT_ID slot, CK_TOKEN_INFO* info)
     if (asked("latin")) {
         std::memcpy(info->label, "Zo\xeb\0x", 5);
     }
-    if (asked("exchanged")) {
-        info->serialNumber[0] = static_cast<unsigned char>('0' + g_wrongPins++ % 10);
+    static std::set<CK_SLOT_ID> known;
+    if (!known.insert(slot).second && asked("exchanged")) {
+        info->serialNumber[0] = 'x';
     }
     if (asked("locks")) {
         info->flags |= g_wrongPins == 0 ? 0

@@ -23,7 +23,6 @@ template <typename Work> Outcome outcome_of(const Work& work)
 
 std::string signature_of(const Module& module, Order& order, Progress& progress)
 {
-    progress.step = "login";
     check_presence(module, order.token);
     Session session(module, order.token.slot);
     std::optional<Secret> pin;
@@ -47,7 +46,6 @@ Outcome read_document(const std::string& path, Progress& progress)
 {
     return outcome_of([&](Outcome& outcome) {
         outcome.digest.emplace(); // that of before is out of date, whatever happens
-        progress.step = "document";
         outcome.digest = digest_of_document(path, [&progress](int percent) {
             progress.percent = percent;
             if (progress.stop) {
@@ -61,7 +59,6 @@ Outcome list_tokens(Module& module, const std::string& path, void (*opened)(), P
 {
     return outcome_of([&](Outcome& outcome) {
         outcome.tokens.emplace();
-        progress.step = "module";
         module.open(path);
         opened();
         progress.step = "tokens";

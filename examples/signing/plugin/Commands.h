@@ -1,5 +1,6 @@
 // Commands.h: what the plug-in does for a page, each step of which may take its time. Commands run
-// on a thread of their own, one at a time, and know nothing of the page.
+// on a thread of their own, one at a time, and know nothing of the page. Who starts one sets its
+// first step.
 #pragma once
 
 #include "Signature.h"
@@ -32,7 +33,7 @@ struct Order {
     Secret pin;
 };
 
-/// Steps: "document".
+/// Step: "document".
 Outcome read_document(const std::string& path, Progress& progress);
 
 /// Steps: "module", "tokens". Calls `opened` when the module is open.

@@ -109,9 +109,9 @@ CK_RV SigningPlugin::invoke(std::string_view command)
     }
     collect();
     if (command == "ReadDocument") {
-        start([this, path = m_document] { return read_document(path, m_progress); });
+        start("document", [this, path = m_document] { return read_document(path, m_progress); });
     } else if (command == "ListTokens") {
-        start([this, path = m_module.empty() ? configured_module(m_folder) : m_module] {
+        start("module", [this, path = m_module.empty() ? configured_module(m_folder) : m_module] {
             return list_tokens(m_open, path, end_before_the_module, m_progress);
         });
     } else if (command == "Sign") {
@@ -143,15 +143,16 @@ CK_RV SigningPlugin::start_signing()
     order.scheme = key->type == CKK_EC ? Scheme::Ecdsa
         : m_scheme == "pss"            ? Scheme::RsaPss
                                        : Scheme::RsaPkcs1;
-    start([this, held = std::move(order)]() mutable { return sign(m_open, held, m_progress); });
+    start("login",
+        [this, held = std::move(order)]() mutable { return sign(m_open, held, m_progress); });
     return CKR_OK;
 }
 
 /// Runs a command on a thread of its own. Its outcome is handed over when it has ended, so that
 /// the two threads share nothing but the progress.
-template <typename Work> void SigningPlugin::start(Work work)
+template <typename Work> void SigningPlugin::start(const char* step, Work work)
 {
-    m_progress.step = "started";
+    m_progress.step = step;
     m_progress.percent = 0;
     m_running = std::async(std::launch::async, std::move(work));
 }

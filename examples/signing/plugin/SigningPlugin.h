@@ -18,7 +18,7 @@ public:
     /// used once, and "Module", which counts until one is open. Other names are passed over.
     void set_property(std::string_view name, std::string_view value);
 
-    /// "State" ("idle", "started", a step of Commands.h, "done"), "Progress" (per cent of the
+    /// "State" ("idle", a step of Commands.h, "done"), "Progress" (per cent of the
     /// document), and of the last command "Status", "Reason", "Digest" and "Signature". The text
     /// lives until the next call; null when the name is unknown.
     const char* property(std::string_view name);
@@ -37,7 +37,7 @@ public:
 private:
     bool is_running() const;
     void collect();
-    template <typename Work> void start(Work work);
+    template <typename Work> void start(const char* step, Work work);
     CK_RV start_signing();
 
     // Written by the page.
