@@ -14,12 +14,7 @@ import guide  # noqa: E402
 from shell import BUILD, Shell  # noqa: E402
 
 PICTURES = ROOT / "build/bundlers"
-FRAMEWORKS = {
-    "template": [],
-    "react": ["react@19", "react-dom@19", "@vitejs/plugin-react@4"],
-    "vue": ["vue@3", "@vitejs/plugin-vue@5"],
-    "svelte": ["svelte@5", "@sveltejs/vite-plugin-svelte@5"],
-}
+WINDOW = "xdotool search --onlyvisible --class '^(tovik|ab|try)$'"
 
 
 class Bundlers(Shell):
@@ -31,10 +26,10 @@ class Bundlers(Shell):
         settings = self.dir / ".config/gtk-3.0/settings.ini"
         settings.parent.mkdir(parents=True)
         settings.write_text("[Settings]\ngtk-cursor-blink=false\n")  # pictures are compared
-        guide.read(ROOT / "sdk/README.md", self.dir)
-        self.plugin = self.dir / "libtovik.so"
-        self.do(self.dir, "cc", "-shared", "-fPIC", "-Wl,-Bsymbolic", f"-I{ROOT}/sdk/include", "plugin.c",
-                "-o", self.plugin)
+        self.sdk = shutil.copytree(ROOT / "sdk", self.dir / "sdk")
+        build = guide.read(self.sdk / "README.md", self.sdk)[0]
+        self.do(self.sdk, "bash", "-euc", build)
+        self.plugin = self.sdk / "libtovik.so"
         shutil.copy(self.plugin, self.install())
         shutil.rmtree(PICTURES, ignore_errors=True)
         PICTURES.mkdir(parents=True)
@@ -47,22 +42,27 @@ class Bundlers(Shell):
         self.assertEqual(done.returncode, 0, done.stdout)
         return done.stdout
 
+    def build_template(self):
+        """Carries out the commands of the SDK's guide; two of them show the page."""
+        text = (self.sdk / "README.md").read_text()
+        commands, = (block for block in re.findall("```console\n(.*?)```", text, re.S) if "npm" in block)
+        self.process = self.spawn(["bash", "-euc", re.sub(r"^\$ ", "", commands, flags=re.M)], text=True,
+                                  cwd=self.sdk, env=self.environment, stdout=subprocess.PIPE,
+                                  stderr=subprocess.STDOUT)
+        printed = self.answer_by_keyboard()[0]
+        self.assertEqual(len(re.findall(r"^signed by \w*a$", printed, re.M)), 2, printed)
+        return self.sdk / "mydialog"
+
     def build(self, name, packages):
-        """Copies the template, lets the framework draw what is within <main>, and builds it."""
-        project = self.dir / name
-        shutil.copytree(ROOT / "sdk/templates/vite", project)
-        if packages:
-            shutil.copytree(ROOT / "tests/bundlers" / name, project, dirs_exist_ok=True)
-            page = project / "index.html"
-            main, = (path.name for path in (ROOT / "tests/bundlers" / name).glob("src/main.*"))
-            page.write_text(re.sub("<main>.*</main>", "<main></main>", page.read_text(), flags=re.S)
-                            .replace("main.ts", main))
-        self.do(project, "npm", "install", "--no-audit", "--no-fund", ROOT / "sdk", *packages)
-        if packages:
-            self.do(project, "npx", "vite", "build")
-        else:
-            self.do(project, "npm", "test")
-            self.do(project, "npm", "run", "build")
+        """Has the framework draw what is within <main> of the template's page, and builds that."""
+        project = shutil.copytree(ROOT / "sdk/templates/vite", self.dir / name)
+        shutil.copytree(ROOT / "tests/bundlers" / name, project, dirs_exist_ok=True)
+        main, = (path.name for path in (ROOT / "tests/bundlers" / name).glob("src/main.*"))
+        page = project / "index.html"
+        page.write_text(re.sub("<main>.*</main>", "<main></main>", page.read_text(), flags=re.S)
+                        .replace("main.ts", main))
+        self.do(project, "npm", "install", "--no-audit", "--no-fund", self.sdk, *packages)
+        self.do(project, "npx", "vite", "build")
         return project
 
     def ways(self, project):
@@ -81,7 +81,7 @@ class Bundlers(Shell):
 
     def picture(self, path):
         """Takes a picture of the window and returns what identifies its size and its pixels."""
-        window = self.ask("xdotool search --onlyvisible --class '^(tovik|ab|try)$'").strip()
+        window = self.ask(WINDOW).strip()
         self.ask(f"import -silent -window {window} {path}")
         size, colours, pixels = (self.ask(f"identify -format '%wx%h %k %#' {path}") or "0 0 0").split()
         # One of a window that is not drawn yet has few colours.
@@ -101,21 +101,24 @@ class Bundlers(Shell):
         self.start("--print", command=command)
         self.first = self.first or self.drawn(path)
         self.until(lambda: self.picture(path) == self.first)
-        self.ask("xdotool search --onlyvisible --class '^(tovik|ab|try)$' windowactivate --sync"
-                 " type Ada && xdotool key Return")
+        self.ask(f"{WINDOW} windowactivate --sync type Ada && xdotool key Return")
         self.finish()
         self.assertEqual(self.trace, "signed by Ada\n", self.errors)
 
-    def test_frameworks(self):
-        for name, packages in FRAMEWORKS.items():
-            project = self.build(name, packages)
-            shown = []
-            for way, command in self.ways(project):
-                self.show(f"{name}-{way}", command)
-                shown.append(way)
-            size = sum(path.stat().st_size for path in project.glob("dist/**/*") if path.is_file())
-            print(f"ok  {name:9} {size / 1000:4.0f} kB  {', '.join(shown)}: the same picture, signed by Ada",
-                  flush=True)
+    def try_all(self, name, project):
+        ways = []
+        for way, command in self.ways(project):
+            self.show(f"{name}-{way}", command)
+            ways.append(way)
+        size = sum(path.stat().st_size for path in project.glob("dist/**/*") if path.is_file())
+        print(f"ok  {name:9} {size / 1000:4.0f} kB  {', '.join(ways)}: the same picture, signed by Ada",
+              flush=True)
+
+    def test_page_is_the_same_with_every_framework(self):
+        self.try_all("template", self.build_template())
+        pages = (ROOT / "docs/pages.md").read_text()
+        for name, packages in re.findall(r"^\| (\w+) \| `npm install ([^`]+)` \|$", pages, re.M):
+            self.try_all(name.lower(), self.build(name.lower(), packages.split()))
 
 
 if __name__ == "__main__":

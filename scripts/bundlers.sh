@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 
 npm=()
 command -v npm >/dev/null || npm=(npm)
-scripts/install-deps.sh "${npm[@]}"
+scripts/install-deps.sh test "${npm[@]}"
 cmake --preset dev >/dev/null
 cmake --build --preset dev >/dev/null
 TOVIK_BUILD=$PWD/build/dev exec python3 -B scripts/bundlers.py

@@ -9,11 +9,11 @@ start_display() {
     export DISPLAY=:$number
 }
 
-# type_answer PROCESS: enters a name in the dialog until its process has ended. The field accepts no
-# keys before the page is loaded, so they are typed again and again.
+# type_answer PROCESS [BRAND]: enters a name in the dialog until its process has ended. The field accepts
+# no keys before the page is loaded, so they are typed again and again.
 type_answer() {
     while kill -0 "$1" 2>/dev/null; do
-        xdotool search --onlyvisible --class tovik windowfocus type --delay 20 Ada || true
+        xdotool search --onlyvisible --class "${2:-tovik}" windowfocus type --delay 20 Ada || true
         xdotool key Return || true
     done 2>/dev/null
 }

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Makes the Debian packages and tries them: builds, checks, installs into a clean root, shows a
-# dialog there, and purges. Without root, which the clean root needs, it only builds and checks, and
-# fails. Prints one line for each step; the packages are in build/package.
+# dialog there, packages a product by the guide's recipe, purges, and shows that product. Without
+# root, which the clean root needs, it only builds and checks, and fails. Prints one line for each
+# step; the packages are in build/package.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/display.sh
@@ -54,23 +55,24 @@ install_packages() {
     chroot "$root" tovik --version
 }
 
+# show_dialog BRAND WORD...: shows a dialog by the program of this brand, and answers it.
 show_dialog() {
-    local page=file:///usr/share/doc/tovik/examples/form/index.html
+    local brand=$1
     start_display
     trap 'kill "$display_process"' EXIT
     mkdir -p "$root/tmp/.X11-unix" "$root/tmp/home"
     ln "/tmp/.X11-unix/X${DISPLAY#:}" "$root/tmp/.X11-unix/"
     chroot "$root" env -u XAUTHORITY HOME=/tmp/home DBUS_SESSION_BUS_ADDRESS=disabled: \
-        timeout 100 tovik --print -url "$page" >"$scratch/answer" &
+        timeout 100 "$@" --print >"$scratch/answer" &
     local dialog=$!
-    type_answer "$dialog"
+    type_answer "$dialog" "$brand"
     wait "$dialog"
     # The engine's processes end a little later; the root cannot be removed before.
     local end=$((SECONDS + 60))
     while find /proc/[0-9]*/root -maxdepth 0 -lname "$root" 2>/dev/null | grep -q .; do
         [ $SECONDS -lt $end ]
     done
-    rm -r "$root/tmp/home"
+    rm -r "$root/tmp/home" "$root/tmp/.X11-unix"
     answered "$scratch/answer"
 }
 
@@ -81,6 +83,23 @@ examine() {
     cp "$packages/examples/demo-plugin/libtovik.so" "$root/demo.so"
     chroot "$root" tovik-plugin-check /demo.so
     rm "$root/demo.so"
+}
+
+# The recipe of the guide, with the page of an example.
+package_product() {
+    local work=$root/work
+    chroot "$root" apt-get install -y --no-install-recommends dpkg-dev
+    mkdir "$work"
+    cp "$packages/examples/demo-plugin/libtovik.so" "$work"
+    cp -r "$root/usr/share/doc/tovik/examples/form" "$work/pages"
+    sed -n '/^# make-package.sh/,/^```/{/^```/d;p}' docs/integration.md >"$work/make-package.sh"
+    chroot "$root" sh -c 'cd /work && bash make-package.sh 1.0 && mv ab.deb / && rm -r /work'
+}
+
+show_product() {
+    chroot "$root" apt-get autoremove -y
+    chroot "$root" sh -c 'apt-get install -y --no-install-recommends ./ab.deb && rm ab.deb'
+    show_dialog ab
 }
 
 purge() {
@@ -99,9 +118,12 @@ if [ "${1:-}" = --in-root ]; then
     end_progress
     printf 'ok  %4d s  a clean root has been made\n' "$SECONDS"
     step 'both packages install with what they depend on' install_packages
-    step 'a dialog runs and prints its answer' show_dialog
+    step 'a dialog runs and prints its answer' \
+        show_dialog tovik -url file:///usr/share/doc/tovik/examples/form/index.html
     step 'doctor and plug-in check speak' examine
+    step 'a product is packaged as the guide says' package_product
     step 'nothing is left after a purge' purge
+    step 'the product of the package runs without Tovik' show_product
 else
     step 'all that building and trying needs is there' scripts/install-deps.sh package
     step 'packages are built' build

@@ -147,7 +147,7 @@ class Shell(unittest.TestCase):
     def answer_by_keyboard(self):
         """Enters a name in every window until the process has ended; returns what it printed."""
         def typed():
-            self.ask("xdotool search --onlyvisible --class '^(tovik|ab|ask)$'"
+            self.ask("xdotool search --onlyvisible --class '^(tovik|ab|ask|try)$'"
                      " windowactivate --sync && xdotool type Ada && xdotool key Return")
             return self.process.poll() is not None
 
