@@ -43,8 +43,10 @@ test       xauth                  xorg-x11-xauth          xorg-xauth        xaut
 test       openbox                openbox                 openbox           openbox
 test       x11-utils              xprop                   xorg-xprop        xprop
 test       -                      xwininfo                xorg-xwininfo     xwininfo
+test       -                      xev                     xorg-xev          xev
 test       xdg-utils              xdg-utils               xdg-utils         xdg-utils
 test       ?chromium              chromium                chromium          chromium
+test       nodejs                 nodejs                  nodejs            nodejs
 test       node-typescript        nodejs-typescript       typescript        typescript
 test       esbuild                golang-github-evanw-esbuild esbuild      esbuild
 test       dbus                   dbus-daemon             dbus              dbus-1

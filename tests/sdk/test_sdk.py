@@ -36,6 +36,17 @@ document.body.style = 'color: red;';
     }
   }, 20);
 })([['300x200', '200px'], ['500x301', '300.5px', 500], ['300x994', '9999px'], ['64x64', '0px', 0]])"""
+NODE = shutil.which("node")
+# Prints the answer to each of the options of the first argument, or what was thrown.
+ASK = """import { dialog } from 'tovik-sdk/dialog';
+const abort = new AbortController();
+process.on('SIGUSR2', () => abort.abort());
+for (const options of JSON.parse(process.argv[2])) {
+    await dialog({ ...options, signal: abort.signal }).then(
+        text => console.log(text.length < 99 ? text : text.length), error => console.log(error.name));
+}
+"""
+
 QUERY = """#include <stdio.h>
 #include <tovik/dialog.h>
 int main(int count, char** words)
@@ -68,7 +79,7 @@ class Sdk(Browsed):
 
     def test_typings_are_neither_narrower_nor_wider_than_the_bridge(self):
         self.assertEqual("checked\n", self.ask("tsc --noEmit --strict --target es2020 "
-            f"{self.sdk}/*.d.ts {SOURCE}/tests/sdk/*.ts && echo checked"))
+            f"{self.sdk}/*.d.ts {self.sdk}/node/dialog.d.ts {SOURCE}/tests/sdk/*.ts && echo checked"))
 
     def test_page_says_that_there_is_no_bridge(self):
         page = self.sdk / "templates/page"
@@ -84,7 +95,7 @@ class Sdk(Browsed):
 
     def test_every_command_of_the_guide_works(self):
         output = guide.follow(self, self.sdk / "README.md", self.sdk)
-        self.assertRegex(output, r"^(OK .*\n)+signed by \w+\n(answer: signed by \w+\n){3}$")
+        self.assertRegex(output, r"^(OK .*\n)+signed by \w+\n(answer: signed by \w+\n){4}$")
         self.page("Tovik.SetProperty('Name', 'Ada'); exit('OK', Tovik.Invoke('sign'))", "sdk/pages/index.html")
         for commands, lines in guide.examples(SOURCE / "docs/debugging.md", "tovik-plugin-"):
             done = subprocess.run(["bash", "-c", commands], cwd=self.sdk, env=self.environment,
@@ -95,7 +106,7 @@ class Sdk(Browsed):
     def test_callers_get_the_answer_as_a_value(self):
         guide.read(self.sdk / "README.md", self.sdk)
         strict = "cc -std=c99 -Wall -Wextra -Wpedantic -Wconversion -Werror -O2 -Iinclude"
-        for name in ("ask.py", "ask.c"):
+        for name in ("ask.py", "ask.mjs", "ask.c"):
             late = (self.sdk / name).read_text().replace("30", "2")
             (self.sdk / name.replace("ask", "late")).write_text(late)
         for name in ("ask", "late"):
@@ -104,7 +115,7 @@ class Sdk(Browsed):
         stubborn.parent.mkdir()
         stubborn.write_text("#!/bin/sh\ntrap '' TERM\nexec sleep 1000\n")
         stubborn.chmod(0o700)
-        for command in ([sys.executable, "ask.py"], ["./ask"]):
+        for command in ([sys.executable, "ask.py"], [NODE, "ask.mjs"], ["./ask"]):
             for script, output, missing in ASKED:
                 self.environment = everything | missing
                 printed = self.called(command, self.page(script))
@@ -120,7 +131,7 @@ class Sdk(Browsed):
                 self.until(lambda: self.ask("xdotool search --onlyvisible --class tovik"))
                 caller.send_signal(number)
                 self.until(lambda: not self.ask("xdotool search --class tovik"))
-        for command in ([sys.executable, "late.py"], ["./late"]):
+        for command in ([sys.executable, "late.py"], [NODE, "late.mjs"], ["./late"]):
             for folder in (BUILD / "bin", stubborn.parent):
                 self.environment = everything | {"PATH": f"{folder}:{os.environ['PATH']}"}
                 self.assertIn("no answer in ", self.called(command, self.page("")))
@@ -148,11 +159,40 @@ class Sdk(Browsed):
                           ["-title", "--inspect=1"]):
                 self.assertRaises(tovik.Refused, tovik.dialog, *words, *wrong)
             self.assertRaises(tovik.Refused, tovik.dialog, *words, query={"a": "\ud800"})
+        named = {"title": title[1], "url": page, "position": [1, 2], "parent": 1, "resizing": True, "wait": None}
+        rows = [
+            (named | {"query": {"a b": '"é&+'}}, query), (named | {"query": []}, "OK"),
+            *((named | wrong, "Refused") for wrong in (
+                {"title": "a\0b"}, {"title": "\ud800"}, {"program": "\0"}, {"title": "--print"},
+                {"icon": "--inspect=1"}, {"query": {"a": "\ud800"}}, {"none": 1},
+                {"size": [65536, 1]}, {"size": [1]}, {"timeout": -1})),
+            ({"program": "/none"}, "NoAnswer"), ({"program": "/"}, "NoAnswer"),
+            ({"program": self.program("exit 4")}, "Crashed"),
+            ({"program": self.program("kill -9 $$")}, "NoAnswer"),
+            ({"program": self.program("head -c 20000000 /dev/zero | tr '\\0' x")}, "20000000"),
+            ({"program": self.program("sleep 1000 & exit"), "timeout": 500}, "TimedOut")]
+        printed = self.node([options for options, _ in rows]).communicate()[0].splitlines()
+        self.assertEqual(printed, [answer for _, answer in rows])
+        caller = self.node([named])
+        self.until(lambda: self.ask("xdotool search --onlyvisible --class tovik"))
+        caller.send_signal(signal.SIGUSR2)
+        self.assertEqual(caller.communicate()[0], "AbortError\n")
+        self.assertEqual(self.ask("xdotool search --class tovik"), "")
+
+    def program(self, script):
+        """A stand-in for the host."""
+        program = self.dir / f"program{len(script)}"
+        program.write_text(f"#!/bin/sh\n{script}\n")
+        program.chmod(0o700)
+        return str(program)
+
+    def node(self, options):
+        (self.sdk / "options.mjs").write_text(ASK)
+        return self.spawn([NODE, "options.mjs", json.dumps(options)], env=self.environment, text=True,
+                          cwd=self.sdk, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
 
     def test_callers_tell_a_crash_from_a_cancel(self):
-        crash = self.dir / "crash"
-        crash.write_text("#!/bin/sh\nexit 4\n")
-        crash.chmod(0o700)
+        crash = self.program("exit 4")
         self.assertRaises(tovik.Crashed, tovik.dialog, program=crash)
         (self.sdk / "told.c").write_text("#include <tovik/dialog.h>\nint main(int c, char** v) { char* a; "
             "return tovik_dialog((const char* const*)v + 1, c > 9, &a) != TOVIK_CRASHED; }")
@@ -164,6 +204,11 @@ class Sdk(Browsed):
         valued = set(re.findall(r"^ +(--?\w+) [A-Z]", text, re.M))
         flags = set(re.findall(r"^ +(--?\w+)(?:  |\[)", text, re.M))
         self.assertEqual((tovik.VALUED, tovik.FLAGS), (valued, flags))
-        source = (self.sdk / "c/tovik_dialog.c").read_text()
-        names = re.findall(r"k(?:Valued|Flags)\[\]\s*= {(.*?)NULL", source, re.S)
-        self.assertEqual([set(re.findall('"(.*?)"', name)) for name in names], [valued, flags])
+        for source, lists in (("c/tovik_dialog.c", r"k(?:Valued|Flags)\[\]\s*= {(.*?)NULL"),
+                              ("node/dialog.js", r"(?:VALUED|FLAGS) = \[(.*?)\]")):
+            names = re.findall(lists, (self.sdk / source).read_text(), re.S)
+            self.assertEqual([set(re.findall("""["'](-.*?)["']""", name)) for name in names], [valued, flags])
+        typed = set(re.findall(r"^    (\w+)\?:", (self.sdk / "node/dialog.d.ts").read_text(), re.M))
+        own = {"program", "timeout", "signal", "query", "arguments"}
+        self.assertEqual(typed - own, {name.lstrip("-") for name in valued | flags}
+                         - {"store", "print", "help", "version"})
