@@ -27,6 +27,7 @@ if(TOVIK_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
     -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
+  add_compile_definitions(TOVIK_NARROW)
   # The tests load the runtime into the processes of the engine, so it must be a shared library.
   set(runtime libasan.so)
   if(CMAKE_CXX_COMPILER_ID MATCHES Clang)

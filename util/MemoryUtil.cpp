@@ -1,6 +1,6 @@
 #include "util/MemoryUtil.h"
 
-#include "util/Blocks.h"
+#include "util/TextBlocks.h"
 
 #include <cstring>
 
@@ -77,28 +77,13 @@ int _memcmp(const void* a, const void* b, std::size_t n)
     if (a == nullptr || b == nullptr) {
         return 0;
     }
-    const auto* left = static_cast<const unsigned char*>(a);
-    const auto* right = static_cast<const unsigned char*>(b);
-    for (std::size_t i = 0; i < n; ++i) {
-        if (left[i] != right[i]) {
-            return left[i] < right[i] ? -1 : 1;
-        }
+    const auto* left = static_cast<const char*>(a);
+    const auto* right = static_cast<const char*>(b);
+    const std::size_t i = common_length<ExactCase, false>(left, right, n);
+    if (i == n) {
+        return 0;
     }
-    return 0;
-}
-
-void* _memfind(void* haystack, std::size_t haystackSize, const void* needle, std::size_t needleSize)
-{
-    if (haystack == nullptr || needleSize > haystackSize) {
-        return nullptr;
-    }
-    auto* bytes = static_cast<unsigned char*>(haystack);
-    for (std::size_t i = 0; i <= haystackSize - needleSize; ++i) {
-        if (_memcmp(bytes + i, needle, needleSize) == 0) {
-            return bytes + i;
-        }
-    }
-    return nullptr;
+    return static_cast<unsigned char>(left[i]) < static_cast<unsigned char>(right[i]) ? -1 : 1;
 }
 
 } // namespace tovik

@@ -1,6 +1,6 @@
 #include "util/StringUtil.h"
 
-#include "util/Blocks.h"
+#include "util/TextBlocks.h"
 
 #include <algorithm>
 #include <climits>
@@ -19,10 +19,9 @@ long long value_of(wchar_t c)
     return static_cast<std::int32_t>(c);
 }
 
-template <typename Unit> long long folded(Unit c)
+long long folded(wchar_t c)
 {
-    const long long value = value_of(c);
-    return value >= 'A' && value <= 'Z' ? value + 32 : value;
+    return c >= L'A' && c <= L'Z' ? value_of(c) + 32 : value_of(c);
 }
 
 std::size_t length_of(const wchar_t* s)
@@ -59,7 +58,7 @@ const wchar_t* find_last(const wchar_t* s, wchar_t c)
     return nullptr;
 }
 
-template <typename Unit> bool starts_with(const Unit* s, const Unit* prefix)
+bool starts_with(const wchar_t* s, const wchar_t* prefix)
 {
     for (; *prefix != 0; ++s, ++prefix) {
         if (*s != *prefix) {
@@ -82,29 +81,13 @@ const wchar_t* find_text(const wchar_t* haystack, const wchar_t* needle)
     return nullptr;
 }
 
-std::size_t length_of(const char* s)
-{
-    if (s == nullptr) {
-        return 0;
-    }
-    TextBlocks blocks(s);
-    while (blocks.find(0) == 0) {
-        blocks.advance();
-    }
-    return static_cast<std::size_t>(blocks.first(blocks.find(0)) - s);
-}
-
 const char* find_first(const char* s, char c)
 {
     if (s == nullptr || c == 0) {
         return nullptr;
     }
-    TextBlocks blocks(s);
-    while (blocks.find_or_end(c) == 0) {
-        blocks.advance();
-    }
-    const char* found = blocks.first(blocks.find_or_end(c));
-    return *found == c ? found : nullptr;
+    const char* stop = TextBlocks(s, CharacterOrEnd {c}).stop();
+    return *stop == c ? stop : nullptr;
 }
 
 const char* find_last(const char* s, char c)
@@ -113,10 +96,7 @@ const char* find_last(const char* s, char c)
         return nullptr;
     }
     const char* last = nullptr;
-    for (TextBlocks blocks(s);; blocks.advance()) {
-        if (blocks.find_or_end(c) == 0) {
-            continue;
-        }
+    for (TextBlocks blocks(s, CharacterOrEnd {c});; blocks.advance()) {
         const ByteMask end = blocks.find(0);
         // Without a terminator, end - 1 keeps every byte.
         const ByteMask found = blocks.find(c) & (end - 1);
@@ -127,46 +107,6 @@ const char* find_last(const char* s, char c)
             return last;
         }
     }
-}
-
-/// First byte of `mask` at which `prefix` begins; the bytes of the mask equal its first character.
-const char* find_among(const TextBlocks& blocks, ByteMask mask, const char* prefix)
-{
-    if (mask == 0) [[likely]] {
-        return nullptr;
-    }
-    for (; mask != 0; mask &= mask - 1) {
-        const char* found = blocks.first(mask);
-        if (starts_with(found + 1, prefix + 1)) {
-            return found;
-        }
-    }
-    return nullptr;
-}
-
-const char* find_text(const char* haystack, const char* needle)
-{
-    if (haystack == nullptr || needle == nullptr) {
-        return nullptr;
-    }
-    // Constructed first: its asm makes the compiler read again what it has read of the needle.
-    TextBlocks blocks(haystack);
-    if (needle[0] == 0) {
-        return nullptr;
-    }
-    if (needle[1] == 0) {
-        return find_first(haystack, needle[0]);
-    }
-    while (blocks.find(0) == 0) {
-        // Testing two characters leaves few candidates; each costs a mispredicted branch.
-        const ByteMask pairs = blocks.find_pair(needle[0], needle[1]);
-        const char* found = find_among(blocks, pairs, needle);
-        if (found != nullptr) {
-            return found;
-        }
-        blocks.advance();
-    }
-    return find_among(blocks, blocks.find(needle[0]) & (blocks.find(0) - 1), needle);
 }
 
 template <typename Unit> Unit* copy_bounded(Unit* dst, const Unit* src, std::size_t n)
@@ -191,19 +131,16 @@ template <typename Unit> int order(Unit a, Unit b)
     return a == 0 || (b != 0 && value_of(a) < value_of(b)) ? -1 : 1;
 }
 
-template <typename Unit> int compare(const Unit* a, const Unit* b)
+int compare(const char* a, const char* b, std::size_t n)
 {
     if (a == nullptr || b == nullptr) {
         return -1;
     }
-    std::size_t i = 0;
-    while (a[i] == b[i] && a[i] != 0) {
-        ++i;
-    }
-    return order(a[i], b[i]);
+    const std::size_t i = common_length<ExactCase, true>(a, b, n);
+    return i == n ? 0 : order(a[i], b[i]);
 }
 
-template <typename Unit> int compare(const Unit* a, const Unit* b, std::size_t n)
+int compare(const wchar_t* a, const wchar_t* b, std::size_t n)
 {
     if (a == nullptr || b == nullptr) {
         return -1;
@@ -215,14 +152,27 @@ template <typename Unit> int compare(const Unit* a, const Unit* b, std::size_t n
     return i == n ? 0 : order(a[i], b[i]);
 }
 
-template <typename Unit> int compare_folded(const Unit* a, const Unit* b, std::size_t n)
+int compare_folded(const char* a, const char* b, std::size_t n)
+{
+    if (a == nullptr || b == nullptr) {
+        return -1;
+    }
+    const std::size_t i = common_length<AnyCase, true>(a, b, n);
+    if (i == n || a[i] == 0 || b[i] == 0) {
+        return i == n ? 0 : order(a[i], b[i]);
+    }
+    return static_cast<signed char>(AnyCase::folded(a[i]))
+        - static_cast<signed char>(AnyCase::folded(b[i]));
+}
+
+int compare_folded(const wchar_t* a, const wchar_t* b, std::size_t n)
 {
     if (a == nullptr || b == nullptr) {
         return -1;
     }
     for (std::size_t i = 0; i < n; ++i) {
         if (a[i] == 0 || b[i] == 0) {
-            return a[i] == b[i] ? 0 : (a[i] == 0 ? -1 : 1);
+            return order(a[i], b[i]);
         }
         const long long difference = folded(a[i]) - folded(b[i]);
         if (difference != 0) {
@@ -232,19 +182,11 @@ template <typename Unit> int compare_folded(const Unit* a, const Unit* b, std::s
     return 0;
 }
 
-/// Number of positions at which a needle may begin; 0 when it cannot be found.
-std::size_t candidates(const char* haystack, const char* needle)
-{
-    const std::size_t room = length_of(haystack);
-    const std::size_t length = length_of(needle);
-    return length == 0 || length > room ? 0 : room - length + 1;
-}
-
 } // namespace
 
 std::size_t _strlen(const char* s)
 {
-    return length_of(s);
+    return s == nullptr ? 0 : text_length(s);
 }
 std::size_t _strlen(const wchar_t* s)
 {
@@ -329,11 +271,11 @@ char* _strncat(char* dst, const char* src, std::size_t n)
 
 int _strcmp(const char* a, const char* b)
 {
-    return compare(a, b);
+    return compare(a, b, SIZE_MAX);
 }
 int _strcmp(const wchar_t* a, const wchar_t* b)
 {
-    return compare(a, b);
+    return compare(a, b, SIZE_MAX);
 }
 int _strncmp(const char* a, const char* b, std::size_t n)
 {
@@ -358,16 +300,6 @@ int _strncasecmp(const wchar_t* a, const wchar_t* b, std::size_t n)
     return compare_folded(a, b, n);
 }
 
-const char* _strstr(const char* haystack, const char* needle)
-{
-    return find_text(haystack, needle);
-}
-
-char* _strstr(char* haystack, const char* needle)
-{
-    return const_cast<char*>(_strstr(static_cast<const char*>(haystack), needle));
-}
-
 const wchar_t* _strstr(const wchar_t* haystack, const wchar_t* needle)
 {
     return find_text(haystack, needle);
@@ -376,38 +308,6 @@ const wchar_t* _strstr(const wchar_t* haystack, const wchar_t* needle)
 wchar_t* _strstr(wchar_t* haystack, const wchar_t* needle)
 {
     return const_cast<wchar_t*>(find_text(haystack, needle));
-}
-
-const char* _strrstr(const char* haystack, const char* needle)
-{
-    for (std::size_t i = candidates(haystack, needle); i > 0; --i) {
-        if (starts_with(haystack + i - 1, needle)) {
-            return haystack + i - 1;
-        }
-    }
-    return nullptr;
-}
-
-char* _strrstr(char* haystack, const char* needle)
-{
-    return const_cast<char*>(_strrstr(static_cast<const char*>(haystack), needle));
-}
-
-const char* _stristr(const char* haystack, const char* needle)
-{
-    const std::size_t end = candidates(haystack, needle);
-    const std::size_t length = _strlen(needle);
-    for (std::size_t i = 0; i < end; ++i) {
-        if (_strncasecmp(haystack + i, needle, length) == 0) {
-            return haystack + i;
-        }
-    }
-    return nullptr;
-}
-
-char* _stristr(char* haystack, const char* needle)
-{
-    return const_cast<char*>(_stristr(static_cast<const char*>(haystack), needle));
 }
 
 } // namespace tovik

@@ -135,6 +135,26 @@ void info_texts(const std::string& input)
     }
 }
 
+void searches(const std::string& input)
+{
+    const auto [text, part] = halves(input);
+    const OwnedText haystack = exact(text);
+    const OwnedText needle = exact(part);
+    const char* const start = haystack.get();
+    const auto at = [&](std::size_t place) {
+        return part.empty() || place == std::string::npos ? nullptr : start + place;
+    };
+    const auto folded = [](std::string letters) {
+        for (char& c : letters) {
+            c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + 32 : c);
+        }
+        return letters;
+    };
+    require(tovik::_strstr(start, needle.get()) == at(text.find(part)));
+    require(tovik::_strrstr(start, needle.get()) == at(text.rfind(part)));
+    require(tovik::_stristr(start, needle.get()) == at(folded(text).find(folded(part))));
+}
+
 void startup_page(const std::string& input)
 {
     const auto [page, query] = halves(input);
