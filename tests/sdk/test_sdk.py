@@ -1,4 +1,5 @@
 """What the SDK promises, on the real engine and in an ordinary browser."""
+import json
 import os
 import re
 import shutil
