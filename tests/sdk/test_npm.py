@@ -44,7 +44,7 @@ class Npm(Browsed):
         return done.stdout
 
     def test_package_conforms_in_a_bundle_and_without_a_bundler(self):
-        source = shutil.copy(SOURCE / "tests/sdk/module.ts", self.project / "main.ts")
+        source = shutil.copy(SOURCE / "tests/sdk/consumer/main.ts", self.project)
         self.do("tsc", "--strict", "--target", "es2020", "--module", "node16", source)
         self.do("esbuild", "main.ts", "--bundle", "--outfile=bundle.js")
         for scripts in ('<script src="bundle.js"></script>', MODULES % "main.js"):
