@@ -11,7 +11,7 @@ import unittest.mock
 import guide
 from browsed import Browsed
 from server import serve
-from shell import BUILD, SOURCE
+from shell import BUILD, PATIENCE, SOURCE
 from test_print import RESTART
 
 sys.path.insert(0, str(SOURCE / "sdk/python"))
