@@ -1,7 +1,8 @@
 """The dialog and the window of another program that it belongs to."""
 import re
+import subprocess
 
-from shell import Shell
+from shell import BUILD, Shell
 
 MIDDLE = "xwininfo -id WINDOW | awk '/Absolute|Width|Height/ {print $NF}' | xargs"
 
@@ -67,3 +68,18 @@ class Parent(Shell):
             answer = self.run_host("-url", self.page("exit('OK', 'alive')"), "--parent", *handle)
             self.assertEqual(answer, "alive")
             self.assertRegex(self.errors, rf'^tovik: --parent ".*" {fault}.*; the dialog has no parent\n$')
+
+    def test_example_goes_on_while_it_waits_for_the_answer(self):
+        page = self.page("onkeydown = () => exit('OK', 'signed')")
+        caller = self.spawn([BUILD / "examples/caller/caller", self.host, "-url", page], text=True,
+                            env=self.environment, stdout=subprocess.PIPE)
+        window = self.until(lambda: self.ask("xdotool search --onlyvisible --name Invoices").strip())
+        for key in ("a", "alt+F4"):
+            self.until(lambda: self.ask(f"xdotool windowactivate --sync {window} key Return")
+                       or self.ask("xdotool search --onlyvisible --name Tovik"))
+            dialog = self.ask("xdotool search --onlyvisible --name Tovik").strip()
+            self.assertIn(hex(int(window)), self.ask(f"xprop -id {dialog} WM_TRANSIENT_FOR"))
+            active = dialog if key == "a" else window
+            self.until(lambda: self.ask(f"xdotool windowactivate --sync {active} key {key}")
+                       or not self.ask("xdotool search --name Tovik"))
+        self.assertEqual(caller.communicate()[0], "signed\n")
