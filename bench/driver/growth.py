@@ -1,10 +1,11 @@
-"""How the time grows with the work: curves over texts, frames, pages, foreign libraries, command
-lines and responses, judged by the most expensive step to ten times the work."""
+"""How the time grows with the work: curves over texts, searches, frames, pages, foreign libraries,
+command lines and responses, judged by the most expensive step to ten times the work."""
 
 import base64
 from dataclasses import dataclass
 from statistics import median
 
+import micro
 import plot
 from process import run
 from table import Row, nanoseconds
@@ -14,6 +15,7 @@ WANTED = 15
 THOUSANDS = (10**3, 10**4, 10**5, 10**6)
 TEXT_LENGTHS = (1, 10, 100, *THOUSANDS, 5 * 10**6, 10**7, 5 * 10**7)
 PAGE_SIZES = (*THOUSANDS, 5 * 10**6, 10**7, 5 * 10**7)
+SEARCHED_LENGTHS = (*THOUSANDS, 10**7)
 FRAMES = (1, 10, 100, 1000)
 FOREIGN_LIBRARIES = (0, 2, 20, 200)
 COMMAND_LINE_LENGTHS = (*THOUSANDS, 10**7)
@@ -48,6 +50,16 @@ def texts(stage, display, rounds):
         for name in answer[0]
     }
     return Curve("texts", "text through a script function", "characters", series)
+
+
+def searches(stage, _, rounds):
+    """Searches for a needle that almost matches everywhere, a 32nd as long as the text."""
+    times = micro.primitive_times(stage, rounds, "worst/")
+    series = {
+        name: {n: times[f"worst/{name}/{n}"] / 1e6 for n in SEARCHED_LENGTHS}
+        for name in micro.SEARCHES
+    }
+    return Curve("searches", "text searched in the worst case", "characters", series)
 
 
 def frames(stage, display, rounds):
@@ -144,7 +156,8 @@ def judge(curve, name, times):
 
 def rows(stage, display, rounds):
     measured = []
-    for measure in (texts, frames, pages, foreign_libraries, command_lines, responses):
+    curves = (texts, searches, frames, pages, foreign_libraries, command_lines, responses)
+    for measure in curves:
         curve = measure(stage, display, -(-rounds // 5))
         plot.write(stage.plots, curve)
         measured += [judge(curve, name, times) for name, times in curve.series.items()]
