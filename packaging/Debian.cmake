@@ -1,7 +1,7 @@
 # Debian packages: tovik, to run dialogs, and tovik-dev, to write plug-ins, pages and programs.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tovik)
-set(CPACK_PACKAGE_CONTACT "The Tovik authors <tovik@example.org>")
+set(CPACK_PACKAGE_CONTACT ${maintainer})
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL runtime dev)

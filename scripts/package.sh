@@ -7,7 +7,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/display.sh
 . scripts/progress.sh
-packages=$PWD/build/package
+packages=$PWD/build/package changelog=$PWD/packaging/debian/changelog
 
 # step TEXT COMMAND...: carries out one step; its output is shown when it fails.
 step() {
@@ -36,10 +36,22 @@ release_root() {
 }
 
 build() {
-    rm -f "$packages"/*.deb
+    rm -f build/package/*.deb
     cmake --preset package
     cmake --build --preset package --target all reference
-    (cd "$packages" && cpack)
+    (cd build/package && SOURCE_DATE_EPOCH=$(dpkg-parsechangelog -l "$changelog" -S Timestamp) cpack)
+}
+
+# In a directory of another name and length, under another umask and in another language.
+build_again() {
+    local again=$scratch/again/some-where-else
+    mkdir -p "$again"
+    git ls-files -z --cached --others --exclude-standard | xargs -0 cp --parents -t "$again"
+    (cd "$again" && umask 077 && export LC_ALL=C TZ=Asia/Tokyo && build)
+    for package in "$packages"/*.deb; do
+        cmp "$package" "$again/build/package/${package##*/}"
+    done
+    rm -r "$scratch/again"
 }
 
 check() {
@@ -128,6 +140,7 @@ else
     step 'all that building and trying needs is there' scripts/install-deps.sh package
     step 'packages are built' build
     step 'lintian finds no error or warning' check
+    step 'built in another directory, they are the same bytes' build_again
     if [ "$(id -u)" -ne 0 ]; then
         echo 'package.sh: the packages are in build/package, and not tried: that needs root' >&2
         exit 1
