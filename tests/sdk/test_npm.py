@@ -25,14 +25,16 @@ class Npm(Browsed):
 
     def install_package(self):
         """Packs the SDK and installs it into the project, like npm also where that is missing."""
+        package = json.loads((SOURCE / "sdk/package.json").read_text())
+        self.assertIn(f"VERSION {package['version']} ", (SOURCE / "CMakeLists.txt").read_text())
         if shutil.which("npm"):
             self.do("npm", "pack", "--silent", SOURCE / "sdk")
             tarball, = self.project.glob("*.tgz")
             self.do("npm", "install", "--offline", "--no-audit", "--no-fund", tarball)
             return
         installed = self.project / "node_modules/tovik-sdk"
-        packed = json.loads((SOURCE / "sdk/package.json").read_text())["files"]
-        for source in (found for part in (*packed, "package.json") for found in SOURCE.glob(f"sdk/{part}")):
+        patterns = [f"sdk/{pattern}" for pattern in (*package["files"], "package.json")]
+        for source in (found for pattern in patterns for found in SOURCE.glob(pattern)):
             target = installed / source.relative_to(SOURCE / "sdk")
             target.parent.mkdir(parents=True, exist_ok=True)
             (shutil.copytree if source.is_dir() else shutil.copy)(source, target)

@@ -7,6 +7,7 @@ declare function conform(control: typeof mock, module: typeof actions): void;
 
 conform(mock, actions);
 if (Math.random() > 1) { // checked, and not carried out
+  const everyAction: Record<keyof typeof TovikActions, unknown> = actions;
   const text: string = urls.fit(400) + TovikActions.urls.exit();
   exit('CKR_OK', window.Tovik?.GetProperty('a') ?? text);
   fit();
