@@ -97,12 +97,12 @@ examine() {
     rm "$root/demo.so"
 }
 
-# The recipe of the guide, with the page of an example.
+# The recipe of the guide, with the plug-in of the template and the page of an example.
 package_product() {
     local work=$root/work
     chroot "$root" apt-get install -y --no-install-recommends dpkg-dev
     mkdir "$work"
-    cp "$packages/examples/demo-plugin/libtovik.so" "$work"
+    g++ -shared -fPIC -Wl,-Bsymbolic -Isdk/include sdk/templates/plugin/plugin.cpp -o "$work/libtovik.so"
     cp -r "$root/usr/share/doc/tovik/examples/form" "$work/pages"
     sed -n '/^# make-package.sh/,/^```/{/^```/d;p}' docs/integration.md >"$work/make-package.sh"
     chroot "$root" sh -c 'cd /work && bash make-package.sh 1.0 && mv ab.deb / && rm -r /work'
