@@ -26,7 +26,8 @@ class Npm(Browsed):
     def install_package(self):
         """Packs the SDK and installs it into the project, like npm also where that is missing."""
         package = json.loads((SOURCE / "sdk/package.json").read_text())
-        self.assertIn(f"VERSION {package['version']} ", (SOURCE / "CMakeLists.txt").read_text())
+        changelog = (SOURCE / "packaging/debian/changelog").read_text()
+        self.assertEqual(changelog.split()[1], f"({package['version']})")
         if shutil.which("npm"):
             self.do("npm", "pack", "--silent", SOURCE / "sdk")
             tarball, = self.project.glob("*.tgz")
