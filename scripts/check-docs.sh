@@ -15,11 +15,12 @@ has() {
     }
 }
 
-# Later versions know more words. Ignored are macros of the manual pages, and words of tests.
+# Later versions know more words. Ignored are macros of the manual pages, words of tests, and
+# pages in other languages.
 spelling=2.2.2
 if has codespell 'the spelling is'; then
     if [ "$(codespell --version)" = $spelling ]; then
-        codespell --ignore-words-list=nd,fo,hel,statics "${files[@]}"
+        codespell --ignore-words-list=nd,fo,hel,statics --skip='*.de.js' "${files[@]}"
     else
         echo "check-docs.sh: codespell is not of version $spelling; the spelling is not checked" >&2
     fi

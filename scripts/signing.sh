@@ -73,7 +73,9 @@ answer=$(<answer)
 printf 'signature: %s\n' "$answer"
 base64 -d answer >signature
 for key in rsa ec; do # whichever was chosen
-    openssl dgst -sha256 -verify $key.pub -signature signature "$document" 2>/dev/null && exit
+    verified=$(openssl dgst -sha256 -verify $key.pub -signature signature "$document" 2>/dev/null) || continue
+    echo "$verified"
+    exit
 done
 echo 'the signature is of neither key' >&2
 exit 1

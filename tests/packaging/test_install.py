@@ -45,7 +45,8 @@ class Install(Installed):
         self.do("cmake", "--build", "out")
         self.assertEqual(self.answer_of("out/consumer"), "CKR_CANCEL")
         plugin = self.dir / "out/demo-plugin/libtovik.so"
-        for library in (plugin, self.dir / "out/libby-hand.so"):
+        signing = self.dir / "out/signing-plugin/libtovik.so"
+        for library in (plugin, signing, self.dir / "out/libby-hand.so"):
             self.do("tovik-plugin-check", library)
             self.do("tovik-plugin-trace", library, "-o", "traced.so")
             self.do("tovik-plugin-call", "traced.so", "get", "UserAgentId")

@@ -2,6 +2,26 @@
 // the plug-in; meanwhile the page stays alive and asks now and then how far it is.
 'use strict';
 
+/** Names of the statuses that the dialog knows, which are also its answers to the caller. */
+const STATUSES = {
+  0x01: 'CKR_CANCEL',
+  0x20: 'CKR_DATA_INVALID',
+  0x32: 'CKR_DEVICE_REMOVED',
+  0x50: 'CKR_FUNCTION_CANCELED',
+  0x60: 'CKR_KEY_HANDLE_INVALID',
+  0x68: 'CKR_KEY_FUNCTION_NOT_PERMITTED',
+  0x70: 'CKR_MECHANISM_INVALID',
+  0xA0: 'CKR_PIN_INCORRECT',
+  0xA1: 'CKR_PIN_INVALID',
+  0xA2: 'CKR_PIN_LEN_RANGE',
+  0xA3: 'CKR_PIN_EXPIRED',
+  0xA4: 'CKR_PIN_LOCKED',
+  0xE0: 'CKR_TOKEN_NOT_PRESENT',
+  0xE1: 'CKR_TOKEN_NOT_RECOGNIZED',
+  0x102: 'CKR_USER_PIN_NOT_INITIALIZED',
+  0x1C2: 'CKR_LIBRARY_LOAD_FAILED',
+};
+
 const PAUSE = 80; // ms between two questions
 
 /** The texts of one of the plug-in's lists, from its beginning. */

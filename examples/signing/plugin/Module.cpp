@@ -34,7 +34,7 @@ void Module::open(const std::string& path)
 
 void Module::close()
 {
-    if (m_isOurs) {
+    if (m_functions != nullptr && m_isOurs) {
         m_functions->C_Finalize(nullptr);
     }
     if (m_library != nullptr) {

@@ -34,7 +34,7 @@ std::string integer(const std::string& number)
 /// A token gives r and s of ECDSA one after the other; certificates and openssl want a sequence.
 std::string der_of_pair(const std::string& pair)
 {
-    constexpr std::size_t kLongest = 2 * 66; // of the curve P-521
+    constexpr std::size_t kLongest = 132; // of the curve P-521
     const std::size_t half = pair.size() / 2;
     if (half == 0 || pair.size() % 2 != 0 || pair.size() > kLongest) {
         throw Failure(CKR_SIGNATURE_LEN_RANGE);

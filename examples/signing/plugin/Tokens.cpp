@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <glib.h>
+#include <tuple>
 
 namespace {
 
@@ -26,11 +27,19 @@ template <std::size_t size> std::string readable(const unsigned char (&field)[si
 std::string hexadecimal(const std::string& bytes)
 {
     std::string digits;
-    for (const unsigned char byte : bytes) {
+    for (const char character : bytes) {
+        const auto byte = static_cast<unsigned char>(character);
         digits += "0123456789abcdef"[byte >> 4U];
         digits += "0123456789abcdef"[byte & 15U];
     }
     return digits;
+}
+
+template <typename Named> void sort_by_name(std::vector<Named>& list)
+{
+    std::sort(list.begin(), list.end(), [](const Named& a, const Named& b) {
+        return std::tie(a.label, a.id) < std::tie(b.label, b.id);
+    });
 }
 
 CK_ATTRIBUTE attribute(CK_ATTRIBUTE_TYPE type, void* value, unsigned long size)
@@ -58,8 +67,7 @@ std::vector<Key> read_keys(const Session& session)
             }
         }
     }
-    std::sort(
-        keys.begin(), keys.end(), [](const Key& a, const Key& b) { return a.label < b.label; });
+    sort_by_name(keys);
     return keys;
 }
 
@@ -99,8 +107,7 @@ std::vector<Token> read_tokens(const Module& module)
             continue;
         }
     }
-    std::sort(tokens.begin(), tokens.end(),
-        [](const Token& a, const Token& b) { return a.label < b.label; });
+    sort_by_name(tokens);
     return tokens;
 }
 
