@@ -36,6 +36,8 @@ TROUBLE = [
     ("locks", f"{WRONG} {LOW} {WRONG} {LOW} {WRONG} {LOW} {RIGHT}", "0xA0 CKR_PIN_INCORRECT", '"low"',
      '"final"', '"locked"', LOCKED),
     ("confirms", RIGHT, "0x0 CKR_OK", "0x0 CKR_OK"),
+    ("reader", "enum TokenLogin {token} invoke Sign invoke Wait", '"reader"', "0x0 CKR_OK", "0x0 CKR_OK"),
+    ("open", f"enum TokenLogin {{token}} {RIGHT}", '"none"', "0x60 CKR_KEY_HANDLE_INVALID"),
     ("latin", "enum TokenLabel {token}", '= "Zo\ufffd"'),
     ("removed=0x32", REMOVED, "0x32 CKR_DEVICE_REMOVED", '= ""', '("Token", "") = ""'),
     ("removed=0xE1", REMOVED, "0xE1 CKR_TOKEN_NOT_RECOGNIZED", '= ""', '("Token", "") = ""'),
@@ -62,7 +64,8 @@ class Signing(Shell):
     def setUp(self):
         super().setUp()
         self.environment |= {"SOFTHSM2_CONF": str(self.dir / "softhsm.conf"),
-                             "TEST_TOKEN_MODULE": SOFTHSM, "LC_ALL": "C.UTF-8"}
+                             "TEST_TOKEN_MODULE": SOFTHSM, "LC_ALL": "C.UTF-8",
+                             "TOVIK_SECRET_NAMES": "none"}  # a signature may hold "pin"
         (self.dir / "softhsm.conf").write_text(f"directories.tokendir = {self.dir}\nlog.level = ERROR\n")
         (self.dir / "document").write_text("We sell our bicycle.\n")
 
@@ -82,7 +85,7 @@ class Signing(Shell):
         self.assertEqual(done.returncode, 0, done)
         return done.stdout
 
-    def call(self, steps, module=TEST_TOKEN, **environment):
+    def call(self, steps, module=TEST_TOKEN, plugin=PLUGIN, **environment):
         """What the steps print, after the tokens and the document are read."""
         begin = ("set Document=document invoke ReadDocument invoke Wait invoke ListTokens invoke Wait "
                  f"set Token={getattr(self, 'token', '')} set Key=01-rsa ")
@@ -90,7 +93,7 @@ class Signing(Shell):
             begin = f"set Module={module} " + begin
         words = (begin + steps).replace("{token}", getattr(self, "token", "")).split()
         done = subprocess.run(
-            [BUILD / "bin/tovik-plugin-call", PLUGIN, *(word.replace("''", "") for word in words)],
+            [BUILD / "bin/tovik-plugin-call", plugin, *(word.replace("''", "") for word in words)],
             env=self.environment | environment, cwd=self.dir, text=True, capture_output=True)
         self.assertEqual((done.returncode, done.stderr), (0, ""), done)
         return re.sub(r"(?m) \([0-9.]+ ms\).*$", "", done.stdout)
@@ -132,6 +135,10 @@ class Signing(Shell):
             self.assertRegex(self.call("get Reason", module),
                              rf'0x1C2 .*\n(.*\n)+.*"Reason"\) = ".*{re.escape(str(module))}.*"')
         self.assertIn("0xE0 CKR_TOKEN_NOT_PRESENT", self.call(""))
+        (self.dir / "ab.conf").write_text("# of another brand\n module = /none/of/ab \n")
+        other = shutil.copy(PLUGIN, self.dir / "libab.so")
+        self.assertIn("/none/of/ab", self.call("get Reason", None, other))
+        self.do(BUILD / "bin/tovik-plugin-check", PLUGIN)
         self.make_token("Büro €", "rsa")
         self.make_token("Empty")
         self.use_first_token()
@@ -161,6 +168,8 @@ class Signing(Shell):
                 return condition()
             self.until(typed)
         self.check_signature(self.finish(), "rsa")
+        self.until(lambda: "finalize" in self.log())
+        self.assertIn("finalize in time\n", self.log())
 
     def test_dialog_has_a_sentence_for_each_trouble(self):
         product = self.product()

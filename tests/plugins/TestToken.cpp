@@ -20,6 +20,20 @@ int g_wrongPins = 0;
 bool g_isRemoved = false;
 bool g_isConfirmed = false;
 
+/// Whether the exit handlers of the module have run.
+bool g_isOver = false;
+const struct Statics {
+    ~Statics() { g_isOver = true; }
+} g_Statics;
+
+/// Appends a line to the file that the environment names.
+void write_down(const std::string& line)
+{
+    if (const char* const path = std::getenv("TEST_PLUGIN_LOG")) {
+        std::ofstream(path, std::ios::app) << line + '\n';
+    }
+}
+
 /// The text after "word" or "word=" in TEST_TOKEN; null when the word is not among the words.
 const char* asked(const char* word)
 {
@@ -27,6 +41,12 @@ const char* asked(const char* word)
     const char* const found = words == nullptr ? nullptr : std::strstr(words, word);
     return found == nullptr ? nullptr
                             : found + std::strlen(word) + (std::strchr(found, '=') ? 1 : 0);
+}
+
+CK_RV finalize(void* reserved)
+{
+    write_down(g_isOver ? "finalize too late" : "finalize in time");
+    return g_inner->C_Finalize(reserved);
 }
 
 CK_RV get_slot_list(unsigned char present, CK_SLOT_ID* slots, unsigned long* count)
@@ -46,6 +66,12 @@ CK_RV get_token_info(CK_SLOT_ID slot, CK_TOKEN_INFO* info)
     if (!known.insert(slot).second && asked("exchanged")) {
         info->serialNumber[0] = 'x';
     }
+    if (asked("reader")) {
+        info->flags |= CKF_PROTECTED_AUTHENTICATION_PATH;
+    }
+    if (asked("open")) {
+        info->flags &= ~CKF_LOGIN_REQUIRED;
+    }
     if (asked("locks")) {
         info->flags |= g_wrongPins == 0 ? 0
             : g_wrongPins == 1          ? CKF_USER_PIN_COUNT_LOW
@@ -63,13 +89,13 @@ CK_RV login(CK_SESSION_HANDLE session, CK_USER_TYPE user, unsigned char* pin, un
         g_isConfirmed = size == 4 && std::memcmp(pin, "2468", size) == 0;
         return CKR_OK;
     }
+    unsigned char typed[] = "2468"; // at the keys of the reader
     const CK_RV status = asked("locks") && g_wrongPins >= 3
         ? CKR_PIN_LOCKED
-        : g_inner->C_Login(session, user, pin, size);
+        : g_inner->C_Login(
+            session, user, asked("reader") ? typed : pin, asked("reader") ? 4 : size);
     g_wrongPins = status == CKR_OK ? 0 : g_wrongPins + 1;
-    if (const char* const log = std::getenv("TEST_PLUGIN_LOG")) {
-        std::ofstream(log, std::ios::app) << "login " << status << '\n';
-    }
+    write_down("login " + std::to_string(status));
     return status;
 }
 
@@ -114,6 +140,7 @@ extern "C" __attribute__((visibility("default"))) CK_RV C_GetFunctionList(CK_FUN
     void* const module = dlopen(std::getenv("TEST_TOKEN_MODULE"), RTLD_NOW);
     reinterpret_cast<CK_C_GetFunctionList>(dlsym(module, "C_GetFunctionList"))(&g_inner);
     g_own = *g_inner;
+    g_own.C_Finalize = finalize;
     g_own.C_GetSlotList = get_slot_list;
     g_own.C_GetTokenInfo = get_token_info;
     g_own.C_Login = login;
