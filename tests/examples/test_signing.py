@@ -65,7 +65,7 @@ class Signing(Shell):
         super().setUp()
         self.environment |= {"SOFTHSM2_CONF": str(self.dir / "softhsm.conf"),
                              "TEST_TOKEN_MODULE": SOFTHSM, "LC_ALL": "C.UTF-8",
-                             "TOVIK_SECRET_NAMES": "none"}  # a signature may hold "pin"
+                             "TOVIK_SECRET_NAMES": "nothing"}  # a signature may hold "pin"
         (self.dir / "softhsm.conf").write_text(f"directories.tokendir = {self.dir}\nlog.level = ERROR\n")
         (self.dir / "document").write_text("We sell our bicycle.\n")
 
