@@ -72,12 +72,16 @@ inline const char* unbounded(const char* text)
 
 /// Letters as they are.
 struct ExactCase {
+    /// The same bytes.
     static TextBlock folded(TextBlock bytes) { return bytes; }
+
+    /// The same character.
     static char folded(char c) { return c; }
 };
 
 /// ASCII letters folded to lower case.
 struct AnyCase {
+    /// The bytes with small letters for capitals.
     static TextBlock folded(TextBlock bytes)
     {
         // 'A' becomes the lowest signed value, so that one comparison tells the capitals.
@@ -85,19 +89,27 @@ struct AnyCase {
         const auto capital = reinterpret_cast<Signed>(bytes + (0x80 - 'A')) < -0x80 + 26;
         return bytes + reinterpret_cast<TextBlock>(capital & ('a' - 'A'));
     }
+
+    /// The small letter of a capital, or the same character.
     static char folded(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 };
 
-/// The stops at which a reader halts: a character and the terminator.
+/// The stops at which a reader halts, as TextBlocks asks for them: a character and the terminator.
 struct CharacterOrEnd {
+    /// Zero where the character or the terminator is.
     TextBlock at(const char* start) const
     {
         const TextBlock bytes = read_text(start);
         return least(bytes, bytes ^ everywhere(c));
     }
+
+    /// The stops of the first read, which need nothing from the one before.
     ByteMask first(const char* start, const char*) const { return zeros(at(start)); }
+
+    /// The terminator alone ends the text.
     bool is_over(const char*) const { return false; }
 
+    /// The character; with 0, the terminator alone is a stop.
     char c;
 };
 

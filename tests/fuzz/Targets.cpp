@@ -141,8 +141,8 @@ void searches(const std::string& input)
     const OwnedText haystack = exact(text);
     const OwnedText needle = exact(part);
     const char* const start = haystack.get();
-    const auto at = [&](std::size_t place) {
-        return part.empty() || place == std::string::npos ? nullptr : start + place;
+    const auto at = [start, empty = part.empty()](std::size_t place) {
+        return empty || place == std::string::npos ? nullptr : start + place;
     };
     const auto folded = [](std::string letters) {
         for (char& c : letters) {
