@@ -15,11 +15,14 @@ done
 mapfile -t files < <(git ls-files --cached --others --exclude-standard '*.h' '*.c' '*.cpp')
 clang-format-14 --dry-run -Werror "${files[@]}"
 
-# clang-tidy does not know every option of g++.
+# Each source once: clang-tidy examines it for every target that compiles it. It does not know every
+# option of g++.
 database=$(mktemp -d)
 trap 'rm -rf "$database"' EXIT
-sed -E 's/-fno-(tree-loop-distribute-patterns|gnu-unique)//g' "$build/compile_commands.json" \
-    >"$database/compile_commands.json"
+sed -E 's/-fno-(tree-loop-distribute-patterns|gnu-unique)//g' "$build/compile_commands.json" |
+    python3 -c 'import json, sys
+units = {unit["file"]: unit for unit in reversed(json.load(sys.stdin))}
+json.dump([*units.values()], sys.stdout, indent=0)' >"$database/compile_commands.json"
 
 # Only files that this build compiles; clang-tidy needs their options.
 mapfile -t sources < <(printf '%s\n' "${files[@]}" | grep '\.cpp$' | while read -r file; do
@@ -30,7 +33,8 @@ tidy() { # tidy CHECKS: examines the files of standard input
         2> >(grep -v 'warnings generated' >&2)
 }
 # Of a test's time the analyser takes three quarters, for the macros of GoogleTest; the sanitizers
-# watch what tests do.
-printf '%s\n' "${sources[@]}" | grep -v '^tests/' | tidy ''
-printf '%s\n' "${sources[@]}" | grep '^tests/' | tidy '-clang-analyzer-*'
+# watch what tests do. Benchmarks are not delivered either.
+undelivered='^(bench|tests)/'
+printf '%s\n' "${sources[@]}" | grep -Ev "$undelivered" | tidy ''
+printf '%s\n' "${sources[@]}" | grep -E "$undelivered" | tidy '-clang-analyzer-*'
 echo "${#files[@]} files formatted, ${#sources[@]} files clean"
