@@ -36,6 +36,7 @@ release_root() {
 }
 
 build() {
+    umask 022 # CPack gives it to directories and to the packages' parts
     rm -f build/package/*.deb
     cmake --preset package
     cmake --build --preset package --target all reference
