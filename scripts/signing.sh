@@ -38,15 +38,21 @@ done
 cp -r "$root/build/release/signing" product
 printf 'module = %s\n' "$(find -L /usr/lib* -name libsofthsm2.so -print -quit)" >product/lib/tovik.conf
 
-# type_pin PROCESS: types the PIN and takes a picture, until the process has ended. The field accepts
-# no keys before the page is ready, so they are typed again after a second; a part of this PIN is too
-# short for the form.
+# Takes a picture; fails if it shows no page yet, but a window of one colour.
+take_picture() {
+    import -silent -window root picture.png && [ "$(identify -format %k picture.png)" -gt 16 ]
+}
+
+# type_pin PROCESS: types the PIN into the page and takes a picture, until the process has ended. The
+# field accepts no keys before the page is ready, so they are typed again after a second; a part of
+# this PIN is too short for the form.
 type_pin() {
     while kill -0 "$1"; do
+        timeout 1 tail --pid="$1" -f /dev/null && break
+        take_picture || continue
         xdotool search --onlyvisible --class tovik windowfocus key ctrl+a type --delay 20 $pin || continue
-        import -silent -window root "$screenshot"
+        ! take_picture || mv picture.png "$screenshot"
         xdotool key Return
-        timeout 1 tail --pid="$1" -f /dev/null || true
     done 2>/dev/null
     echo "screenshot: $screenshot"
 }
