@@ -4,12 +4,13 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/display.sh
-scripts/install-deps.sh test weston picom x11-xserver-utils
-output=$(cmake --preset release 2>&1 && cmake --build --preset release --target demo 2>&1) || {
+scripts/install-deps.sh test weston sway wtype picom x11-xserver-utils
+output=$(cmake --preset release 2>&1 && cmake --build --preset release --target demo caller 2>&1) || {
     echo "$output" >&2
     exit 1
 }
 tovik=$PWD/build/release/demo/bin/tovik
+caller=$PWD/build/release/examples/caller/caller
 page=file://$(sed 's/%/%25/g; s/#/%23/g; s/?/%3F/g' <<<"$PWD/examples/form/index.html")
 
 scratch=$(mktemp -d)
@@ -81,5 +82,38 @@ try 'two monitors, in the middle of the first' '400 270 at 1[12][0-9] 3[0-9][0-9
 start weston --backend=headless-backend.so --socket=wayland --idle-time=0
 until [ -S "$scratch/wayland" ]; do kill -0 "${started[-1]}"; done
 answer=$(env -u DISPLAY WAYLAND_DISPLAY=wayland GDK_BACKEND=wayland \
-    "$tovik" --print 'demo://dialog?auto' 2>/dev/null) || answer='no answer'
+    "$tovik" --print --parent wayland:x 'demo://dialog?auto' 2>"$scratch/errors") || answer='no answer'
 report 'Wayland, headless' "$answer" 'TOKEN-[0-9A-F]+'
+report 'Wayland, no windows of others' "$(grep -o 'the dialog has no parent' "$scratch/errors")" \
+    'the dialog has no parent'
+
+# Of the compositors that run without a screen Sway has xdg-foreign. It refuses to run as root.
+sway=$scratch/sway
+user=()
+mkdir "$sway"
+echo 'for_window [app_id="caller"] fullscreen enable' >"$sway/config"
+if [ "$(id -u)" -eq 0 ]; then
+    user=(setpriv --reuid=nobody --regid=nogroup --clear-groups)
+    chmod 711 "$scratch"
+    chown nobody "$sway"
+fi
+export XDG_RUNTIME_DIR=$sway SWAYSOCK=$sway/ipc WAYLAND_DISPLAY=wayland-1 GDK_BACKEND=wayland
+start env -u DISPLAY -u WAYLAND_DISPLAY WLR_BACKENDS=headless WLR_LIBINPUT_NO_DEVICES=1 \
+    WLR_RENDERER=pixman "${user[@]}" sway -c "$sway/config"
+until [ -S "$sway/ipc" ]; do kill -0 "${started[-1]}"; done
+start "$caller" "$tovik" -url "$page"
+
+# visible NAME: whether the window of this name is shown. In front of a window in full screen Sway
+# shows only dialogs of that one.
+visible() {
+    swaymsg -t get_tree | tr -d ' \n' | grep -oE '"name":"[^"]*"|"visible":[a-z]+' |
+        grep -A1 -x "\"name\":\"$1\"" | grep -q true
+}
+
+seen='not visible'
+end=$((SECONDS + 60))
+while [ "$seen" != visible ] && [ $SECONDS -lt $end ]; do
+    wtype -s 1000 -d 300 ' s' -s 800 # a program that has just been given a keyboard is slow to see keys
+    ! visible Tovik || seen=visible
+done
+report 'Wayland, above a window in full screen' "$seen" visible
