@@ -72,7 +72,8 @@ void _memmove(void* dst, void* src, std::size_t n)
     store_block(to, first);
 }
 
-int _memcmp(const void* a, const void* b, std::size_t n)
+// Flattened: calls would take a fifth of the time of a short comparison.
+[[gnu::flatten]] int _memcmp(const void* a, const void* b, std::size_t n)
 {
     if (a == nullptr || b == nullptr) {
         return 0;

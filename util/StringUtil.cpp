@@ -131,7 +131,8 @@ template <typename Unit> int order(Unit a, Unit b)
     return a == 0 || (b != 0 && value_of(a) < value_of(b)) ? -1 : 1;
 }
 
-int compare(const char* a, const char* b, std::size_t n)
+// Flattened: calls would take a fifth of the time of a short comparison.
+[[gnu::flatten]] int compare(const char* a, const char* b, std::size_t n)
 {
     if (a == nullptr || b == nullptr) {
         return -1;
@@ -152,7 +153,7 @@ int compare(const wchar_t* a, const wchar_t* b, std::size_t n)
     return i == n ? 0 : order(a[i], b[i]);
 }
 
-int compare_folded(const char* a, const char* b, std::size_t n)
+[[gnu::flatten]] int compare_folded(const char* a, const char* b, std::size_t n)
 {
     if (a == nullptr || b == nullptr) {
         return -1;
