@@ -2,6 +2,7 @@
 import contextlib
 import os
 import pathlib
+import re
 import shutil
 import signal
 import subprocess
@@ -17,6 +18,8 @@ import xserver  # noqa: E402
 BUILD = pathlib.Path(os.environ.get("TOVIK_BUILD", SOURCE / "build/dev"))
 SANITIZER = os.environ.get("SANITIZER_LIBRARY", "")
 PATIENCE = 60  # seconds
+# What the engine's other processes and the drivers say on standard error, which depends on their version.
+ENGINE_LINES = re.compile(r"^\n?(\*\* )?\((process|WebKit\w+):\d+\): .*\n|^libEGL .*\n", re.M)
 PRELUDE = """<!doctype html><meta charset="utf-8"><body><script>
 const exit = (status, response) => { location.href = 'tvk://exit?status='
     + encodeURIComponent(status) + '&response=' + encodeURIComponent(response); };
@@ -115,6 +118,7 @@ class Shell(unittest.TestCase):
         self.process.wait(PATIENCE)
         self.trace, self.errors = ((self.dir / name).read_text(errors="replace")
                                    for name in ("trace", "errors"))
+        self.errors = ENGINE_LINES.sub("", self.errors)
         self.assertEqual(self.process.returncode, status, self.errors)
         return self.store.read_text() if self.store.exists() else None
 

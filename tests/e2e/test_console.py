@@ -1,5 +1,6 @@
 """What the host says of a page that goes wrong, and what it keeps from other programs."""
 import pathlib
+import re
 import resource
 import socket
 import threading
@@ -7,7 +8,7 @@ import unittest
 import urllib.request
 
 from server import serve
-from shell import SANITIZER, Shell
+from shell import ENGINE_LINES, SANITIZER, Shell
 
 FAULTS = r"""<!doctype html><link rel="stylesheet" href="/status?404">
 <iframe srcdoc="<script>console.warn('in a frame')</script>"></iframe><script>
@@ -44,7 +45,7 @@ class Console(Shell):
         hold.set()
         self.says("page: the web process responds again")
         self.end()
-        text = (self.dir / "errors").read_text()
+        text = ENGINE_LINES.sub("", (self.dir / "errors").read_text())
         self.assertTrue(all(line.startswith("page: ") for line in text.splitlines()), text)
         for page, name in ((self.page("</script><script src=none.js>"), "none.js"), ("file:///none", "none")):
             self.start("--console", "-url", page)
@@ -102,7 +103,7 @@ class Console(Shell):
             self.assertNotIn(b"WEBKIT_INSPECTOR_SERVER", given)
             if words:
                 self.says("or press F12\n")
-                url = (self.dir / "errors").read_text().split()[5].rstrip(",")
+                url = re.search("page at (http:.*?),", (self.dir / "errors").read_text())[1]
                 self.until(lambda: page.encode() in urllib.request.urlopen(url).read())
                 self.until(lambda: self.ask(f"xdotool windowactivate --sync {window} key F12;"
                                             " xdotool search --onlyvisible --name '^Web Inspector$'"))
