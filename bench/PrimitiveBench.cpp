@@ -11,6 +11,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstring>
 #include <random>
 #include <string>
@@ -82,18 +83,24 @@ template <typename T> void hide(T*& pointer)
     asm volatile("" : "+r"(pointer) : : "memory");
 }
 
-/// Runs `call(function)` as one benchmark; `makeCall()` builds its operands.
+/// Runs `call(function)` over `size` bytes as one benchmark; `makeCall()` builds its operands. The
+/// number of calls is fixed: one that is found by timing is far too small when other work of the
+/// machine falls into that time.
 template <typename Function, typename MakeCall>
-void add(const std::string& name, Function* function, MakeCall makeCall)
+void add(const std::string& name, std::size_t size, Function* function, MakeCall makeCall)
 {
-    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
+    constexpr std::size_t kBytes = std::size_t {1} << 25;
+    const std::size_t calls = std::clamp<std::size_t>(kBytes / size, 4, std::size_t {1} << 20);
+    const auto run = [=](benchmark::State& state) {
         auto call = makeCall();
         Function* called = function;
         hide(called);
         for ([[maybe_unused]] auto round : state) {
             call(called);
         }
-    });
+    };
+    benchmark::RegisterBenchmark((name + '/' + std::to_string(size)).c_str(), run)
+        ->Iterations(static_cast<benchmark::IterationCount>(calls));
 }
 
 /// `makeCall(size, place)` builds the operands of both contestants.
@@ -104,8 +111,8 @@ void compare(const std::string& name, Ours* ours, Theirs* theirs, MakeCall makeC
         for (const std::size_t size : kSizes) {
             const auto made = [=] { return makeCall(size, place); };
             const std::string start = name + '/' + place.name;
-            add(start + "/tovik/" + std::to_string(size), ours, made);
-            add(start + "/libc/" + std::to_string(size), theirs, made);
+            add(start + "/tovik", size, ours, made);
+            add(start + "/libc", size, theirs, made);
         }
     }
 }
@@ -249,7 +256,7 @@ void add_worst_cases()
         {"strlen", [](Text text, Text) { return text + std::strlen(text); }}};
     for (const auto& [name, search] : searches) {
         for (const std::size_t size : kWorstSizes) {
-            add(std::string("worst/") + name + '/' + std::to_string(size), search, [=] {
+            add(std::string("worst/") + name, size, search, [=] {
                 return pair_call(
                     std::string(size, 'a'), std::string(size / 32 - 1, 'a') + 'b', kPlaces[0]);
             });

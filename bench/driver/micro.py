@@ -35,16 +35,16 @@ WORST_CASE = 50
 FASTER = 1.01
 
 
-def run(program, rounds, *, select=".", seconds=0.02, pick=median):
+def run(program, rounds, *, select=".", pick=median):
     """Processor time in nanoseconds of each selected benchmark of the program: what `pick` makes
-    of its repetitions, which are interleaved and last `seconds` each."""
+    of its repetitions, which are interleaved."""
     output = subprocess.run(
         [
             program,
             "--benchmark_format=json",
             f"--benchmark_repetitions={rounds}",
             "--benchmark_enable_random_interleaving=true",
-            f"--benchmark_min_time={seconds}",
+            "--benchmark_min_time=0.02",
             f"--benchmark_filter={select}",
         ],
         stdout=subprocess.PIPE,
@@ -56,7 +56,8 @@ def run(program, rounds, *, select=".", seconds=0.02, pick=median):
         if entry.get("error_occurred"):
             raise RuntimeError(f"{entry['name']}: {entry['error_message']}")
         if entry["run_type"] == "iteration":
-            times[entry["run_name"]].append(entry["cpu_time"])
+            name = entry["run_name"].split("/iterations:")[0]
+            times[name].append(entry["cpu_time"])
     return {name: pick(values) for name, values in times.items()}
 
 
@@ -80,7 +81,7 @@ def primitive_times(stage, rounds, select="."):
     """The shortest of many repetitions: nothing makes such a function faster than it is, and what
     else the machine does makes it slower."""
     program = stage.tools / "bench-primitives"
-    return run(program, rounds, select=select, seconds=0.005, pick=min)
+    return run(program, rounds, select=select, pick=min)
 
 
 def primitive_rows(stage, _, rounds):
