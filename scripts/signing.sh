@@ -45,14 +45,16 @@ take_picture() {
 
 # type_pin PROCESS: types the PIN into the page and takes a picture, until the process has ended. The
 # field accepts no keys before the page is ready, so they are typed again after a second; a part of
-# this PIN is too short for the form.
+# this PIN is too short for the form. A dialog that shows a problem instead is closed after 30 seconds.
 type_pin() {
+    local end=$((SECONDS + 30))
     while kill -0 "$1"; do
         timeout 1 tail --pid="$1" -f /dev/null && break
         take_picture || continue
         xdotool search --onlyvisible --class tovik windowfocus key ctrl+a type --delay 20 $pin || continue
         ! take_picture || mv picture.png "$screenshot"
         xdotool key Return
+        [ $SECONDS -lt $end ] || xdotool key Escape
     done 2>/dev/null
     echo "screenshot: $screenshot"
 }
