@@ -6,7 +6,7 @@ import re
 import shutil
 
 from installed import Installed
-from shell import SOURCE
+from shell import BUILD, SOURCE
 
 TITLE = r'PIN "1" \ 50% $HOME'
 
@@ -84,17 +84,29 @@ class Install(Installed):
             self.assertEqual((ab / "lib/dialog.js").exists(), status == 2)
             self.assertTrue((ab / "lib/index.html").exists() or status == 2)
 
+    def units(self, build):
+        """The object files of a build, and the command that makes each."""
+        for unit in json.loads((build / "compile_commands.json").read_text()):
+            yield re.search(r" -o (\S+)", unit["command"])[1], unit["command"]
+
+    def definitions(self, command):
+        """The names that are defined for our code alone."""
+        return {*re.findall(r" -D(\w+)", command)} - {"NDEBUG", "_FORTIFY_SOURCE"}
+
     def test_project_is_built_within_another(self):
         missing = (f"-DCMAKE_DISABLE_FIND_PACKAGE_{name}=ON" for name in ("benchmark", "GTest", "Python3"))
         self.do("cmake", "-G", "Ninja", "-B", "out", "-S", SOURCE / "tests/packaging/consumer", *missing,
                 f"-DSOURCE={SOURCE}", f"-DEXAMPLES={SOURCE}/examples", "-DCMAKE_BUILD_TYPE=Release",
                 "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON",
                 *(f"-DCMAKE_{language}_FLAGS_RELEASE=-O2 -Wp,-D_FORTIFY_SOURCE=2" for language in ("C", "CXX")))
-        for unit in json.loads((self.dir / "out/compile_commands.json").read_text()):
+        alone = dict(self.units(BUILD))
+        for output, command in self.units(self.dir / "out"):
             # What the one who builds has chosen holds.
-            self.assertEqual(re.findall("FORTIFY_SOURCE(?:=.)?|-Werror", unit["command"]),
-                             ["FORTIFY_SOURCE=2"], unit["command"])
-        self.do("cmake", "--build", "out", "--target", "by-hand", "demo-plugin", "tovik-util")
+            self.assertEqual(re.findall("FORTIFY_SOURCE(?:=.)?|-Werror", command), ["FORTIFY_SOURCE=2"], command)
+            own = output.removeprefix("_deps/tovik-build/")
+            if own in alone:
+                self.assertEqual(*map(self.definitions, (command, alone[own])), command)
+        self.do("cmake", "--build", "out", "--target", "by-hand", "tovik-process")
         self.do("tovik-plugin-check", "out/libby-hand.so")
 
     def run_product(self, program):
