@@ -23,6 +23,6 @@ for file in "$1" "$2"; do
     code=$(objdump -d --no-show-raw-insn "$file")
     # The start files have marks of their own.
     grep -iA1 '<main>:' <<<"$code" | grep -q endbr64 || fail "$file: no marks for indirect jumps"
-    [ "$file" = "$2" ] || grep -A1 'sub  *$0x1000,%rsp' <<<"$code" | grep -q 'q  *$0x0,(%rsp)' ||
+    [ "$file" = "$2" ] || grep -A1 'sub  *$0x1000,%rsp' <<<"$code" | grep -q '[bq]  *$0x0,(%rsp)' ||
         fail "$file: large stack frames are not probed"
 done
