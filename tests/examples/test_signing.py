@@ -41,6 +41,7 @@ TROUBLE = [
     ("latin", "enum TokenLabel {token}", '= "Zo\ufffd"'),
     ("removed=0x32", REMOVED, "0x32 CKR_DEVICE_REMOVED", '= ""', '("Token", "") = ""'),
     ("removed=0xE1", REMOVED, "0xE1 CKR_TOKEN_NOT_RECOGNIZED", '= ""', '("Token", "") = ""'),
+    ("removed=0xB3", REMOVED, "0x32 CKR_DEVICE_REMOVED", '= ""', '("Token", "") = ""'),
     ("exchanged", RIGHT, "0x0 CKR_OK", "0xE0 CKR_TOKEN_NOT_PRESENT"),
     ("refuses=0x68", RIGHT, "0x68 CKR_KEY_FUNCTION_NOT_PERMITTED"),
 ]

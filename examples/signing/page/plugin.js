@@ -33,16 +33,22 @@ function listed(name) {
   return ids;
 }
 
-/** Carries out a command; a promise of its status. `report` receives each step and a percentage. */
+/** Waits until no command runs. `report` receives each step and a percentage. */
+async function rest(report) {
+  for (let state; !['idle', 'done'].includes(state = Tovik.GetProperty('State'));) {
+    report(state, Number(Tovik.GetProperty('Progress')));
+    await new Promise(resolve => setTimeout(resolve, PAUSE));
+  }
+}
+
+/** Carries out a command; a promise of its status. */
 async function carryOut(command, report) {
+  await rest(report); // a page that is loaded again may find its last command running
   const refused = Tovik.Invoke(command) >>> 0;
   if (refused !== 0) {
     return refused;
   }
-  for (let state; (state = Tovik.GetProperty('State')) !== 'done';) {
-    report(state, Number(Tovik.GetProperty('Progress')));
-    await new Promise(resolve => setTimeout(resolve, PAUSE));
-  }
+  await rest(report);
   return Number(Tovik.GetProperty('Status'));
 }
 

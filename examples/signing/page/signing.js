@@ -4,7 +4,6 @@
 // Query: document=PATH, scheme=pss for RSA-PSS instead of PKCS #1.
 'use strict';
 
-const REMOVED = [0x32, 0xE0, 0xE1];
 const NO_KEY = 0x60;
 const NO_TOKEN = 0xE0;
 const SEARCH = 1500; // ms between two looks for a token
@@ -31,6 +30,16 @@ function showProblem(status) {
     small.textContent = reason;
     problem.append(small);
   }
+  if (status !== 0) {
+    problem.scrollIntoView({ block: 'nearest' });
+  }
+}
+
+/** Puts the focus where the user goes on, and leaves a problem in sight. */
+function goOn() {
+  [pin, sign, tokenList, element('cancel')]
+      .find(control => control.offsetParent && !control.matches(':disabled'))
+      .focus({ preventScroll: answer !== 'CKR_CANCEL' });
 }
 
 /** Shows a step of the work; no text hides it. Only the document has a percentage. */
@@ -110,7 +119,7 @@ async function search() {
   if (status === NO_TOKEN) {
     waitForToken();
   }
-  pin.focus();
+  goOn();
 }
 
 /** Looks again and again, and says nothing new before a token is found. */
@@ -125,7 +134,7 @@ async function waitForToken() {
   showStep('');
   showProblem(status);
   showTokens();
-  pin.focus();
+  goOn();
 }
 
 async function signDocument() {
@@ -143,10 +152,10 @@ async function signDocument() {
   }
   showTokens();
   showProblem(status);
-  if (known.length === 0 && REMOVED.includes(status)) {
+  if (known.length === 0) {
     waitForToken();
   }
-  pin.focus();
+  goOn();
 }
 
 async function open() {
@@ -158,6 +167,7 @@ async function open() {
     fields.hidden = true;
     element('cancel').textContent = TEXTS.close;
     showProblem(status);
+    goOn();
     return;
   }
   element('document').hidden = false;

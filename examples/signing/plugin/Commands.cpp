@@ -2,6 +2,7 @@
 
 #include "Document.h"
 #include "Failure.h"
+#include "Lists.h"
 
 namespace {
 
@@ -40,6 +41,15 @@ std::string signature_of(const Module& module, Order& order, Progress& progress)
     return sign_digest(session, key, order.scheme, order.digest, pin);
 }
 
+/// Whether modules end a call with this status when the token or its reader has been pulled out.
+bool may_mean_removal(CK_RV status)
+{
+    constexpr CK_RV kStatuses[] = {CKR_SLOT_ID_INVALID, CKR_GENERAL_ERROR, CKR_FUNCTION_FAILED,
+        CKR_DEVICE_ERROR, CKR_OBJECT_HANDLE_INVALID, CKR_SESSION_CLOSED, CKR_SESSION_HANDLE_INVALID,
+        CKR_USER_NOT_LOGGED_IN};
+    return std::find(std::begin(kStatuses), std::end(kStatuses), status) != std::end(kStatuses);
+}
+
 } // namespace
 
 Outcome read_document(const std::string& path, Progress& progress)
@@ -76,6 +86,10 @@ Outcome sign(const Module& module, Order& order, Progress& progress)
     if (outcome.status != CKR_OK) {
         outcome.tokens
             = outcome_of([&](Outcome& seen) { seen.tokens = read_tokens(module); }).tokens;
+        if (outcome.tokens && with_id(*outcome.tokens, order.token.id) == nullptr
+            && may_mean_removal(outcome.status)) {
+            outcome.status = CKR_DEVICE_REMOVED;
+        }
     }
     return outcome;
 }

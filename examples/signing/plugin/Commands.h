@@ -40,5 +40,6 @@ Outcome read_document(const std::string& path, Progress& progress);
 Outcome list_tokens(Module& module, const std::string& path, void (*opened)(), Progress& progress);
 
 /// Steps: "login", "signature". Reads the tokens anew when the signature failed: they may have
-/// become fewer, or lack a try.
+/// become fewer, or lack a try. A status that says little
+/// becomes CKR_DEVICE_REMOVED when the token is gone.
 Outcome sign(const Module& module, Order& order, Progress& progress);
