@@ -5,6 +5,14 @@
 # what openssl says of it.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
+document=
+if [ $# -gt 0 ]; then
+    document=$(realpath -- "$1")
+    if [ ! -f "$document" ] || [ ! -r "$document" ]; then
+        echo "signing.sh: $document is no file that can be read; name another document" >&2
+        exit 1
+    fi
+fi
 screenshot=$root/build/release/signing/screenshot.png
 pin=2468
 
@@ -12,10 +20,9 @@ pin=2468
 (cd "$root" && cmake --preset release && cmake --build --preset release --target signing) >&2
 
 folder=$(mktemp -d)
-display_process=
-trap '[ -z "$display_process" ] || kill "$display_process"; rm -rf "$folder"' EXIT
-document=$folder/contract.txt
-[ $# -eq 0 ] || document=$(realpath -- "$1")
+display_process='' tovik=''
+trap 'kill $tovik $display_process 2>/dev/null || true; rm -rf "$folder"' EXIT
+document=${document:-$folder/contract.txt}
 cd "$folder"
 [ $# -gt 0 ] || printf 'We sell our bicycle to Zoë for 120 euros.\n' >"$document"
 
@@ -49,6 +56,7 @@ take_picture() {
 type_pin() {
     local end=$((SECONDS + 30))
     while kill -0 "$1"; do
+        [ $SECONDS -lt $((end + 10)) ] || kill "$1" # a window without a page
         timeout 1 tail --pid="$1" -f /dev/null && break
         take_picture || continue
         xdotool search --onlyvisible --class tovik windowfocus key ctrl+a type --delay 20 $pin || continue
@@ -65,8 +73,8 @@ if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     # Nobody needs assistive technology on a display without a person.
     export DBUS_SESSION_BUS_ADDRESS=disabled:
 fi
-# These characters have a meaning of their own in a query.
-query=$(sed 's/%/%25/g; s/&/%26/g; s/+/%2B/g; s/#/%23/g; s/ /%20/g' <<<"$document")
+# Each byte is encoded, because a path may hold any character.
+query=$(printf %s "$document" | od -An -v -tx1 | tr -d '\n' | tr ' ' %)
 product/bin/tovik --print "signing://dialog?document=$query" >answer &
 tovik=$!
 if [ -n "$display_process" ]; then
@@ -75,6 +83,7 @@ else
     echo "The PIN is $pin."
 fi
 wait $tovik || true
+tovik=
 answer=$(<answer)
 [[ $answer != CKR_* ]] || { echo "not signed: $answer"; exit 1; }
 
