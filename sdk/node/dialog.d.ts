@@ -3,7 +3,7 @@
 /** Width and height, or x and y: two numbers from 0 to 65535, or a text as the program reads it. */
 export type Pair = readonly [number, number] | string;
 
-/** What the dialog is to be. One that is undefined is left out. */
+/** What the dialog is to be. One that is undefined, or null in JavaScript, is left out. */
 export interface DialogOptions {
     /** "tovik", found on PATH, or a path. */
     program?: string;

@@ -48,7 +48,9 @@ export class Refused extends NoAnswer {
 //
 // Rejects with Cancelled, TimedOut, Crashed, Refused, the reason of the signal or, when there is no
 // answer at all, NoAnswer.
-export async function dialog({ program = 'tovik', timeout = Infinity, signal, ...options } = {}) {
+export async function dialog({ program, timeout, signal, ...options } = {}) {
+    program ??= 'tovik';
+    timeout ??= Infinity;
     const words = wordsOf(options);
     for (const word of [program, ...words]) {
         if (/[\0\p{Surrogate}]/u.test(word)) {
@@ -83,7 +85,7 @@ function wordsOf({ query, arguments: others = [], ...named }) {
             throw new Refused(`the value of ${words[i]} is the option ${value}`);
         }
     });
-    return query === undefined ? words : [`query://${encoded(query)}`, ...words];
+    return (query ?? null) === null ? words : [`query://${encoded(query)}`, ...words];
 }
 
 function wordsOfOption(name, value) {

@@ -177,7 +177,7 @@ class Sdk(Browsed):
             ({"program": self.program("sleep 1000 & exit"), "timeout": 500}, "TimedOut")]
         printed = self.node([options for options, _ in rows]).communicate()[0].splitlines()
         self.assertEqual(printed, [answer for _, answer in rows])
-        caller = self.node([named])
+        caller = self.node([named | {"query": None, "timeout": None}])
         self.until(lambda: self.ask("xdotool search --onlyvisible --class tovik"))
         caller.send_signal(signal.SIGUSR2)
         self.assertEqual(caller.communicate()[0], "AbortError\n")
