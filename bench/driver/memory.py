@@ -2,11 +2,12 @@
 
 import re
 import time
+from functools import partial
 from pathlib import Path
-from statistics import median
 
+from pairs import compare
 from process import run
-from table import cost_row, memory_size
+from table import memory_size, paired_row
 
 WANTED = 1.01
 WEB_PROCESS = "WebKitWebProcess"[:15]  # the kernel keeps 15 characters of a process's name
@@ -52,22 +53,18 @@ def measure(stage, display, command):
     run(stage, display, command, peaks.observe)
     if peaks.web == 0:
         raise RuntimeError(f"{command[0]} had no web process")
-    return peaks
+    return peaks.host, peaks.web
 
 
 def rows(stage, display, rounds):
     url = stage.page_url("linger.html")
-    commands = (stage.host_command(url), stage.window_command("bench-bare", url))
-    turns = []
-    for _ in range(-(-rounds // 5)):
-        turns.append([measure(stage, display, command) for command in commands])
+    host, bare = (
+        partial(measure, stage, display, command)
+        for command in (stage.host_command(url), stage.window_command("bench-bare", url))
+    )
     return [
-        cost_row(
-            f"peak memory: {name} process",
-            "bare window",
-            *(median(getattr(peaks, field) for peaks in column) for column in zip(*turns)),
-            memory_size,
-            WANTED,
+        paired_row(f"peak memory: {name} process", "bare window", comparison, memory_size, WANTED)
+        for name, comparison in zip(
+            ("user-interface", "web"), compare(host, bare, -(-rounds // 5))
         )
-        for field, name in (("host", "user-interface"), ("web", "web"))
     ]

@@ -1,10 +1,10 @@
-"""The start-up of the host against that of the bare window, which is also compared with itself."""
+"""The start-up of the host against that of the bare window."""
 
-from itertools import cycle, islice, permutations
-from statistics import median
+from functools import partial
 
+from pairs import compare
 from process import run
-from table import cost_row, milliseconds
+from table import milliseconds, paired_row
 
 # What is measured, with the wanted ratio.
 WANTED = {
@@ -14,7 +14,6 @@ WANTED = {
     "exit": 1.00,
     "CPU of the user-interface process": 1.00,
 }
-STEADY = (0.97, 1.03)
 
 
 def measure(stage, display, command):
@@ -33,38 +32,13 @@ def measure(stage, display, command):
 
 def rows(stage, display, rounds):
     url = stage.page_url("start.html")
-    bare = stage.window_command("bench-bare", url)
-    contestants = [("bare", bare), ("host", stage.host_command(url)), ("bare again", bare)]
-    times = {name: [] for name, _ in contestants}
-    for _, command in contestants:  # brings the files into memory; its times are not kept
-        measure(stage, display, command)
-    # Over the rounds, each runs in every place and after either of the others.
-    for order in islice(cycle(permutations(contestants)), rounds):
-        for name, command in order:
-            times[name].append(measure(stage, display, command))
-    return judge(times["host"], times["bare"], times["bare again"])
-
-
-def medians(times):
-    return [median(column) for column in zip(*times)]
-
-
-def judge(host, bare, again):
-    """The host is not judged when the machine is so uneven that the bare window differs from
-    itself."""
-    against_itself = [b / a for a, b in zip(medians(bare), medians(again))]
-    steady = all(STEADY[0] <= ratio <= STEADY[1] for ratio in against_itself)
+    host, bare = (
+        partial(measure, stage, display, command)
+        for command in (stage.host_command(url), stage.window_command("bench-bare", url))
+    )
+    for measured in (host, bare):  # brings the files into memory; its times are not kept
+        measured()
     return [
-        cost_row(
-            f"start-up: {what}",
-            f"bare window (itself {itself:.2f})",
-            ours,
-            theirs,
-            milliseconds,
-            wanted,
-            steady,
-        )
-        for (what, wanted), ours, theirs, itself in zip(
-            WANTED.items(), medians(host), medians(bare + again), against_itself
-        )
+        paired_row(f"start-up: {what}", "bare window", comparison, milliseconds, wanted)
+        for (what, wanted), comparison in zip(WANTED.items(), compare(host, bare, rounds))
     ]

@@ -6,6 +6,8 @@ import subprocess
 from dataclasses import dataclass
 from pathlib import Path
 
+from pairs import Spread
+
 BEGIN = "<!-- measured: begin -->"
 END = "<!-- measured: end -->"
 
@@ -23,14 +25,14 @@ class Row:
     ratio: float
     wanted: float
     at_most: bool = True
-    judged: bool = True
 
     def verdict(self):
-        if not self.judged:
-            return "not judged"
         ratio = round(self.ratio, 2)
         met = ratio <= self.wanted if self.at_most else ratio >= self.wanted
         return "met" if met else "missed"
+
+    def ratio_text(self):
+        return f"{self.ratio:.2f}"
 
     def cells(self):
         bound = "at most" if self.at_most else "at least"
@@ -39,15 +41,46 @@ class Row:
             self.against,
             self.ours,
             self.theirs,
-            f"{self.ratio:.2f}",
+            self.ratio_text(),
             f"{bound} {self.wanted:.2f}",
             self.verdict(),
         ]
 
 
-def cost_row(what, against, ours, theirs, unit, wanted, judged=True):
+@dataclass
+class PairedRow(Row):
+    """The ratio is the median of those of many pairs, with its interval. It is judged when the
+    control shows that the machine is even."""
+
+    spread: Spread = None
+    control: Spread = None
+
+    def verdict(self):
+        if not self.control.is_even():
+            return "not judged"
+        return "met" if self.spread.meets(self.wanted) else "missed"
+
+    def ratio_text(self):
+        return str(self.spread)
+
+
+def paired_row(what, reference, comparison, unit, wanted):
+    """Row of a comparison pair by pair."""
+    return PairedRow(
+        what,
+        f"{reference} (itself {comparison.control})",
+        unit(comparison.ours),
+        unit(comparison.theirs),
+        comparison.ratio.median,
+        wanted,
+        spread=comparison.ratio,
+        control=comparison.control,
+    )
+
+
+def cost_row(what, against, ours, theirs, unit, wanted):
     """Row of our figure divided by that of the reference."""
-    return Row(what, against, unit(ours), unit(theirs), ours / theirs, wanted, True, judged)
+    return Row(what, against, unit(ours), unit(theirs), ours / theirs, wanted)
 
 
 def speed_row(what, against, ours, theirs, unit, wanted):
