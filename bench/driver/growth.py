@@ -24,12 +24,13 @@ RESPONSE_LENGTHS = (*THOUSANDS, 2 * 10**6, 10**7, 2 * 10**7)
 
 @dataclass
 class Curve:
-    """Times in milliseconds by the amount of work, of one or more series over the same amounts."""
+    """Costs by the amount of work, of one or more series over the same amounts."""
 
     name: str  # of its files
     title: str  # what grows
     work: str  # the unit in which it is counted
     series: dict[str, dict[int, float]]
+    unit: str = "ms"
 
 
 def median_run(stage, display, rounds, command, expected, **options):

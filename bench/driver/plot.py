@@ -10,7 +10,7 @@ set output '{picture}'
 set datafile separator ','
 set title '{title}'
 set xlabel '{work}'
-set ylabel 'ms'
+set ylabel '{unit}'
 set logscale xy
 set format x '%.0s %c'
 set format y '%g'
@@ -32,7 +32,7 @@ def write(directory, curve):
     amounts = list(next(iter(curve.series.values())))
     with open(numbers, "w", newline="", encoding="utf-8") as file:
         rows = csv.writer(file, lineterminator="\n")
-        rows.writerow([curve.work] + [f"{name} (ms)" for name in curve.series])
+        rows.writerow([curve.work] + [f"{name} ({curve.unit})" for name in curve.series])
         for x in amounts:
             rows.writerow([x] + [f"{times[x]:.6g}" for times in curve.series.values()])
     zero = min(x for x in amounts if x > 0) / 10
@@ -41,6 +41,7 @@ def write(directory, curve):
         numbers=numbers,
         title=curve.title[0].upper() + curve.title[1:],
         work=curve.work,
+        unit=curve.unit,
         columns=len(curve.series) + 1,
         left=zero if 0 in amounts else min(amounts),
         zero=zero,

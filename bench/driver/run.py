@@ -6,6 +6,7 @@ import tempfile
 from pathlib import Path
 
 import calls
+import dialogs
 import growth
 import memory
 import micro
@@ -24,6 +25,7 @@ SECTIONS = {
     "codecs": micro.codec_rows,
     "primitives": micro.primitive_rows,
     "growth": growth.rows,
+    "dialogs": dialogs.rows,
 }
 
 
@@ -39,7 +41,7 @@ def parse_arguments():
         "--rounds",
         type=int,
         default=25,
-        help="rounds of the start-up (default %(default)s); memory and growth run a fifth",
+        help="rounds of the start-up (default %(default)s); memory, growth and dialogs run a fifth",
     )
     arguments = parser.parse_intermixed_args()
     unknown = [name for name in arguments.sections if name not in SECTIONS]

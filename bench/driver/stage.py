@@ -1,5 +1,6 @@
 """An installation in a temporary directory, with the plug-in of the benchmarks."""
 
+import copy
 import os
 import shutil
 
@@ -41,6 +42,18 @@ class Stage:
 
     def page_url(self, name, query=""):
         return (self.pages / name).as_uri() + query
+
+    def desk(self, number):
+        """The same installation with files of its own for what a run leaves, for runs at once."""
+        desk = copy.copy(self)
+        desk.errors = self.directory / f"errors-{number}"
+        desk.answer = self.directory / f"answer-{number}"
+        return desk
+
+    def clear(self):
+        """Removes what a run has left."""
+        self.errors.unlink()
+        self.answer.unlink()
 
     def host_command(self, url, *options):
         return [self.host, *options, "-url", url, "-store", self.answer]
