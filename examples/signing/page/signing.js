@@ -84,8 +84,8 @@ function showKeys() {
   element('hint').textContent = !token ? ''
       : TEXTS[token.tries] ? TEXTS[token.tries]
       : token.login === 'reader' ? TEXTS.reader
-      : asksHere ? TEXTS.hint(token.minimum)
-      : TEXTS.noLogin;
+      : !asksHere ? TEXTS.noLogin
+      : token.minimum > 1 ? TEXTS.hint(token.minimum) : '';
   sign.disabled = keys.length === 0 || token.tries === 'locked';
   if (token && keys.length === 0) {
     showProblem(NO_KEY);
