@@ -9,12 +9,15 @@ get_directory_property(definitions COMPILE_DEFINITIONS)
 set(given "${CMAKE_C_FLAGS} ${CMAKE_CXX_FLAGS} ${CMAKE_C_FLAGS_${type}} ${CMAKE_CXX_FLAGS_${type}}
   ${options} ${definitions}")
 
+# Vectors are passed between functions of one unit alone, whose ABI concerns nobody (psabi).
 add_compile_options(
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-psabi
   "$<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast;-Wnon-virtual-dtor>")
 add_link_options(-Wl,-z,defs -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
 
-# The options that the compiler knows, except those that the flags given by a distribution decide.
+# The options that the compiler uses for this processor, except those that the flags given by a
+# distribution decide.
+set(CMAKE_REQUIRED_FLAGS -Werror)
 foreach(option -fstack-protector-strong -fstack-clash-protection -fcf-protection)
   string(REGEX MATCH "[a-z]+-(clash-)?protect(or|ion)" topic ${option})
   check_cxx_compiler_flag(${option} has${option})
@@ -22,6 +25,7 @@ foreach(option -fstack-protector-strong -fstack-clash-protection -fcf-protection
     add_compile_options(${option})
   endif()
 endforeach()
+unset(CMAKE_REQUIRED_FLAGS)
 
 if(TOVIK_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined

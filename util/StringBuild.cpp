@@ -18,11 +18,11 @@ char* copied(const char* s, std::size_t length)
     return text;
 }
 
-/// Units of an array for `n` characters and a terminator. For a count that no array can have, and
-/// whose sum might wrap, it gives the size of the largest array, which no memory can hold either.
+/// Units of an array for `n` characters and a terminator. The sum does not wrap: a count that no
+/// array can have stays one, also where half of the addresses could be allocated.
 std::size_t bounded_capacity(std::size_t n)
 {
-    return std::min<std::size_t>(n, PTRDIFF_MAX - 1) + 1;
+    return std::min<std::size_t>(n, SIZE_MAX - 1) + 1;
 }
 
 char* concatenated(const char* const* parts, std::size_t count)

@@ -84,7 +84,7 @@ TEST_F(Plugins, AreForwardedToAndFinalisedOnce)
     EXPECT_EQ(plugin.GetProperty("none"), nullptr);
     EXPECT_STREQ(plugin.EnumProperty("a", nullptr), "<a|null>");
     EXPECT_EQ(plugin.Invoke("abc"), 3U);
-    EXPECT_EQ(plugin.Invoke("long"), 0x700000005U);
+    EXPECT_EQ(plugin.Invoke("long"), static_cast<unsigned long>(0x700000005ULL));
     plugin.Finalize();
     plugin.Finalize();
     EXPECT_EQ(plugin.Invoke("abc"), 6U);

@@ -58,6 +58,9 @@ Instance& instance_of(void* instance)
     return *static_cast<Instance*>(instance);
 }
 
+/// Bytes of a text that are written down.
+constexpr std::size_t kShown = 260;
+
 /// Whether the static objects of the library are gone.
 bool g_StaticsAreGone = false;
 const struct Statics {
@@ -73,7 +76,7 @@ void* initialize_newer(void* a, void* b, void* c, void* d, void** instance)
     write_down(std::string("newer initialize") + (a || b || c || d ? " with arguments" : ""));
     *instance = FAILING && std::getenv("TEST_STORES") == nullptr ? nullptr : new Instance;
     // Success is any non-zero pointer, one with a zero low half included.
-    return FAILING ? nullptr : reinterpret_cast<void*>(0x100000000UL);
+    return FAILING ? nullptr : reinterpret_cast<void*>(std::uintptr_t {1} << sizeof(void*) * 4);
 }
 
 void* initialize_older(const char* text, const char* global, const char* local,
@@ -96,7 +99,7 @@ void finalize(void* instance)
 void set_property(void* instance, const char* name, const char* value)
 {
     if (shown(name) != "quiet") {
-        write_down("set " + shown(name) + " " + shown(value).substr(0, 60));
+        write_down("set " + shown(name) + " " + shown(value).substr(0, kShown));
     }
     instance_of(instance).properties[shown(name)] = shown(value);
 }
@@ -157,7 +160,7 @@ unsigned long invoke(void*, const char* name)
     // A test may ask for a fault of calls without a text.
     const std::string command = shown(name != nullptr ? name : std::getenv("TEST_NULL_COMMAND"));
     if (command != "quiet") {
-        write_down("invoke " + command.substr(0, 60));
+        write_down("invoke " + command.substr(0, kShown));
     }
     if (command == "abort") {
         std::abort();
@@ -175,7 +178,7 @@ unsigned long invoke(void*, const char* name)
         kill(0, SIGTERM);
     }
     return command == "all ones" ? 0xFFFFFFFFUL
-        : command == "long"      ? 0x700000005UL
+        : command == "long"      ? static_cast<unsigned long>(0x700000005ULL)
                                  : command.size();
 }
 

@@ -69,8 +69,9 @@ void expect_found(const std::string& a, const std::string& b)
 int difference(const std::string& a, const std::string& b)
 {
     const auto [left, right] = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
-    return left == a.end() || right == b.end() ? (left != a.end()) - (right != b.end())
-                                               : *left - static_cast<int>(*right);
+    return left == a.end() || right == b.end()
+        ? (left != a.end()) - (right != b.end())
+        : static_cast<signed char>(*left) - static_cast<signed char>(*right);
 }
 
 } // namespace

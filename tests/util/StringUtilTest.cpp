@@ -71,7 +71,8 @@ TEST(Comparison, TakesNullsAndFoldsLettersAlone)
         EXPECT_EQ(_strncmp(a, b, n), bounded) << a << " " << b;
         EXPECT_EQ(_strncasecmp(a, b, n), folded) << a << " " << b;
     }
-    const wchar_t lowest[] = {WCHAR_MIN, 0}, highest[] = {WCHAR_MAX, 0};
+    // By their bits, as wchar_t is unsigned on some processors.
+    const wchar_t lowest[] = {static_cast<wchar_t>(INT_MIN), 0}, highest[] = {INT_MAX, 0};
     EXPECT_EQ(_strcmp(lowest, L"a"), -1);
     EXPECT_EQ(_strncmp(L"abc", L"abd", 2), 0);
     EXPECT_EQ(_strncmp(kWideNull, L"", 0), -1);
