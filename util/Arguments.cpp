@@ -178,7 +178,7 @@ std::uint32_t hex2num(const char* text)
 long string2number(const char* text)
 {
     if (text[0] == '0' && text[1] == 'x') {
-        return hex2num(text + 2);
+        return static_cast<long>(hex2num(text + 2));
     }
     return std::strtol(text, nullptr, 10);
 }
