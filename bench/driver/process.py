@@ -62,9 +62,12 @@ def read_answer(stage):
     return text
 
 
-def run(stage, display, command, observe=None, parse=json.loads):
+def run(
+    stage, display, command, observe=None, parse=json.loads, variables=None, output=None
+):
     """Runs the program to its end. `observe` is called with the process's number as soon as it
-    has started, and returns before its end."""
+    has started, and returns before its end. `variables` are added to the environment. `output` is
+    the standard output; without it, that is the file of the answer."""
     stage.answer.unlink(missing_ok=True)
     with open(stage.errors, "wb") as errors, open(stage.answer, "wb") as answer:
         started_epoch = time.time_ns() / 1e6
@@ -72,9 +75,9 @@ def run(stage, display, command, observe=None, parse=json.loads):
         process = subprocess.Popen(
             command,
             stdin=subprocess.DEVNULL,
-            stdout=answer,
+            stdout=answer if output is None else output,
             stderr=errors,
-            env=stage.environment(display.name),
+            env=stage.environment(display.name) | (variables or {}),
             process_group=0,
         )
     limit = threading.Timer(LIMIT_IN_SECONDS, end_group, [process.pid])

@@ -12,6 +12,7 @@ import memory
 import micro
 import startup
 import table
+import timeline
 from display import Display
 from stage import Stage
 
@@ -20,6 +21,7 @@ SOURCE = Path(__file__).resolve().parents[2]
 # Each accepts the stage, the display and the number of rounds, and returns rows of the table.
 SECTIONS = {
     "startup": startup.rows,
+    "timeline": timeline.rows,
     "memory": memory.rows,
     "calls": calls.rows,
     "codecs": micro.codec_rows,
@@ -64,7 +66,8 @@ def main():
                 results[name] = SECTIONS[name](stage, display, arguments.rounds)
     rows = [row for name in sections for row in results[name]]
     machine = table.machine_line(arguments.rounds)
-    print(f"\n{machine}\n\n{table.render(rows)}")
+    if rows:
+        print(f"\n{machine}\n\n{table.render(rows)}")
     if set(sections) == set(SECTIONS):
         shutil.copytree(stage.plots, SOURCE / "docs" / "performance", dirs_exist_ok=True)
         table.write_document(SOURCE / "docs" / "performance.md", machine, rows)

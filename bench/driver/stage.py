@@ -58,6 +58,9 @@ class Stage:
     def host_command(self, url, *options):
         return [self.host, *options, "-url", url, "-store", self.answer]
 
+    def print_command(self, url):
+        return [self.host, "--print", "-url", url]
+
     def window_command(self, program, url):
         return [self.tools / program, url]
 

@@ -1,5 +1,7 @@
 """The start-up of the host against that of the bare window."""
 
+import os
+import time
 from functools import partial
 
 from pairs import compare
@@ -14,6 +16,7 @@ WANTED = {
     "exit": 1.00,
     "CPU of the user-interface process": 1.00,
 }
+PRINT_WANTED = 1.03
 
 
 def measure(stage, display, command):
@@ -30,6 +33,36 @@ def measure(stage, display, command):
     ]
 
 
+def measure_print(stage, display, command):
+    """Milliseconds until the answer can be read from standard output."""
+    reader, writer = os.pipe()
+    arrived = 0
+
+    def receive(_):
+        nonlocal arrived
+        os.close(writer)
+        answer = os.read(reader, 4096)
+        arrived = time.monotonic_ns()
+        stage.answer.write_bytes(answer)
+
+    result = run(stage, display, command, receive, output=writer)
+    os.close(reader)
+    return [(arrived - result.started) / 1e6]
+
+
+def measure_exit(stage, display, command):
+    return [run(stage, display, command).exit]
+
+
+def print_row(stage, display, rounds, url):
+    """What a caller waits for: the answer, against the end of a window without one."""
+    answered = partial(measure_print, stage, display, stage.print_command(url))
+    ended = partial(measure_exit, stage, display, stage.window_command("bench-bare", url))
+    (comparison,) = compare(answered, ended, rounds)
+    what, reference = "start-up: answer of tovik --print", "exit of the bare window"
+    return paired_row(what, reference, comparison, milliseconds, PRINT_WANTED)
+
+
 def rows(stage, display, rounds):
     url = stage.page_url("start.html")
     host, bare = (
@@ -38,7 +71,8 @@ def rows(stage, display, rounds):
     )
     for measured in (host, bare):  # brings the files into memory; its times are not kept
         measured()
-    return [
+    starts = [
         paired_row(f"start-up: {what}", "bare window", comparison, milliseconds, wanted)
         for (what, wanted), comparison in zip(WANTED.items(), compare(host, bare, rounds))
     ]
+    return [*starts, print_row(stage, display, rounds, url)]
