@@ -1,11 +1,14 @@
 // ScriptProbe.cpp: a web extension that gives every page the object `Bench` with the references
-// of the script functions: `nothing`, which does nothing, and `convert`, which reads a text of the
-// page through JSStringGetUTF8CString and drops it.
+// of the script functions: `nothing`, which does nothing, `convert`, which reads a text of the
+// page through JSStringGetUTF8CString and drops it, and `keep` and `create`, of which the one keeps
+// a text and the other returns it through JSStringCreateWithUTF8CString.
 #include "util/Export.h"
 #include "util/Owned.h"
 
 #include <JavaScriptCore/JavaScript.h>
 #include <webkit2/webkit-web-extension.h>
+
+#include <utility>
 
 namespace {
 
@@ -17,12 +20,17 @@ JSValueRef nothing(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const
     return JSValueMakeUndefined(context);
 }
 
-/// Number of bytes of the converted text.
-size_t converted(JSStringRef string)
+struct Converted {
+    OwnedText text;
+    size_t size; // with its terminator
+};
+
+Converted converted(JSStringRef string)
 {
     const size_t capacity = JSStringGetMaximumUTF8CStringSize(string);
-    const OwnedText text(new char[capacity]);
-    return JSStringGetUTF8CString(string, text.get(), capacity);
+    OwnedText text(new char[capacity]);
+    const size_t size = JSStringGetUTF8CString(string, text.get(), capacity);
+    return {std::move(text), size};
 }
 
 /// Returns the number of bytes, which shows the page that the text has been converted.
@@ -31,8 +39,32 @@ JSValueRef convert(JSContextRef context, JSObjectRef, JSObjectRef, size_t count,
 {
     const OwnedScriptString string(
         count == 0 ? nullptr : JSValueToStringCopy(context, arguments[0], nullptr));
-    const size_t written = string ? converted(string.get()) : 0;
+    const size_t written = string ? converted(string.get()).size : 0;
     return JSValueMakeNumber(context, static_cast<double>(written));
+}
+
+OwnedText& kept()
+{
+    static OwnedText text;
+    return text;
+}
+
+JSValueRef keep(JSContextRef context, JSObjectRef, JSObjectRef, size_t count,
+    const JSValueRef arguments[], JSValueRef*) noexcept
+{
+    const OwnedScriptString string(
+        count == 0 ? nullptr : JSValueToStringCopy(context, arguments[0], nullptr));
+    if (string) {
+        kept() = converted(string.get()).text;
+    }
+    return JSValueMakeUndefined(context);
+}
+
+JSValueRef create(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef[],
+    JSValueRef*) noexcept
+{
+    const OwnedScriptString string(JSStringCreateWithUTF8CString(kept() ? kept().get() : ""));
+    return JSValueMakeString(context, string.get());
 }
 
 void set_property(JSContextRef context, JSObjectRef object, const char* name, JSValueRef value)
@@ -58,6 +90,8 @@ void window_object_cleared_cb(
     JSObjectRef bench = JSObjectMake(context, nullptr, nullptr);
     set_function(context, bench, "nothing", nothing);
     set_function(context, bench, "convert", convert);
+    set_function(context, bench, "keep", keep);
+    set_function(context, bench, "create", create);
     set_property(context, JSContextGetGlobalObject(context), "Bench", bench);
 }
 

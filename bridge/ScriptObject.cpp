@@ -5,6 +5,7 @@
 #include "util/Blocks.h"
 #include "util/Owned.h"
 #include "util/StringUtil.h"
+#include "util/Utf16.h"
 #include "util/Utility.h"
 
 #include <climits>
@@ -19,7 +20,7 @@ using OwnedUtf8 = std::unique_ptr<char, ReleaseWith<wa_free_utf8string>>;
 
 constexpr std::size_t kNumberCapacity = 16;
 
-// From this length on, reading the units of a string costs less than converting it.
+// From this length on, reading the units of a string costs less than letting the engine convert it.
 constexpr std::size_t kLongText = 128;
 
 // The engine ends the process for a string of 16-bit units that is a little longer.
@@ -83,6 +84,14 @@ char* alloc_text_of_string(JSContextRef context, JSValueRef value)
     // bits and would wrap for 1.4 billion units.
     const std::size_t capacity = length * 3 + 1;
     char* text = new char[capacity];
+    char* end = length < kLongText
+        ? nullptr
+        : store_utf8(text, JSStringGetCharactersPtr(string.get()), length);
+    if (end != nullptr) {
+        *end = 0;
+        return text;
+    }
+    // A surrogate without its partner is left to the engine.
     text[0] = 0;
     JSStringGetUTF8CString(string.get(), text, capacity);
     return text;
@@ -93,6 +102,20 @@ OwnedUtf8 argument_text(
     JSContextRef context, size_t count, const JSValueRef arguments[], size_t index)
 {
     return OwnedUtf8(index < count ? wa_alloc_utf8string(context, arguments[index]) : nullptr);
+}
+
+/// A text as an engine's string, owned by the caller.
+JSStringRef make_string(const char* text, std::size_t length)
+{
+    // The engine keeps ASCII in bytes, and has its own result for what is not UTF-8.
+    if (length >= kLongText && !is_ascii(text, length)) {
+        const std::unique_ptr<JSChar[]> units(new JSChar[length]);
+        if (const JSChar* end = store_utf16(units.get(), text, length)) {
+            return JSStringCreateWithCharacters(
+                units.get(), static_cast<std::size_t>(end - units.get()));
+        }
+    }
+    return JSStringCreateWithUTF8CString(text);
 }
 
 /// The plug-in's answer as a script string; empty for null and for more than kLongestAnswer bytes.
@@ -106,7 +129,8 @@ JSValueRef script_string(JSContextRef context, const char* text)
             length, kLongestAnswer);
         text = nullptr;
     }
-    const OwnedScriptString string(JSStringCreateWithUTF8CString(text == nullptr ? "" : text));
+    const OwnedScriptString string(
+        text == nullptr ? make_string("", 0) : make_string(text, length));
     return JSValueMakeString(context, string.get());
 }
 

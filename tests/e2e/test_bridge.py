@@ -37,6 +37,8 @@ CALLS = [
     ("Tovik.EnumProperty('é€\\u{1f600}', 'a\\0b')", "<é€\U0001f600|a>"),
     ("Tovik.EnumProperty('x'.repeat(999), 'x'.repeat(999) + 'é')", f"<{'x' * 999}|{'x' * 999}é>"),
     ("Tovik.EnumProperty('', 'x'.repeat(200) + '\\0y')", f"<|{'x' * 200}>"),
+    ("Tovik.EnumProperty('é€\\u{1f600}'.repeat(99), 'é'.repeat(200) + '\\ud800y')",
+     "<" + "é€\U0001f600" * 99 + "|" + "é" * 200 + ">"),
     ("Tovik.EnumProperty('echo', 'its own')", "its own"),
     ("Tovik.EnumProperty('echo', 'x'.repeat(1 << 20)).length", 1 << 20),
     ("Tovik.Invoke()", 0),
