@@ -1,13 +1,15 @@
 // ScriptProbe.cpp: a web extension that gives every page the object `Bench` with the references
 // of the script functions: `nothing`, which does nothing, `convert`, which reads a text of the
 // page through JSStringGetUTF8CString and drops it, and `keep` and `create`, of which the one keeps
-// a text and the other returns it through JSStringCreateWithUTF8CString.
+// a text and the other returns it through JSStringCreateWithUTF8CString. `faults` counts the page
+// faults of the process.
 #include "util/Export.h"
 #include "util/Owned.h"
 
 #include <JavaScriptCore/JavaScript.h>
 #include <webkit2/webkit-web-extension.h>
 
+#include <sys/resource.h>
 #include <utility>
 
 namespace {
@@ -67,6 +69,14 @@ JSValueRef create(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const 
     return JSValueMakeString(context, string.get());
 }
 
+JSValueRef faults(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef[],
+    JSValueRef*) noexcept
+{
+    rusage usage = {};
+    getrusage(RUSAGE_SELF, &usage);
+    return JSValueMakeNumber(context, static_cast<double>(usage.ru_minflt));
+}
+
 void set_property(JSContextRef context, JSObjectRef object, const char* name, JSValueRef value)
 {
     const OwnedScriptString property(JSStringCreateWithUTF8CString(name));
@@ -92,6 +102,7 @@ void window_object_cleared_cb(
     set_function(context, bench, "convert", convert);
     set_function(context, bench, "keep", keep);
     set_function(context, bench, "create", create);
+    set_function(context, bench, "faults", faults);
     set_property(context, JSContextGetGlobalObject(context), "Bench", bench);
 }
 

@@ -3,14 +3,17 @@ command lines and responses, judged by the most expensive step to ten times the 
 
 import base64
 from dataclasses import dataclass
+from resource import getpagesize
 from statistics import median
 
 import micro
 import plot
 from process import run
-from table import Row, nanoseconds
+from table import Row, cost_row, nanoseconds
 
 WANTED = 15
+# What the web process does besides may add some.
+PAGE_FAULTS_WANTED = 1.05
 
 THOUSANDS = (10**3, 10**4, 10**5, 10**6)
 TEXT_LENGTHS = (1, 10, 100, *THOUSANDS, 5 * 10**6, 10**7, 5 * 10**7)
@@ -129,6 +132,24 @@ def responses(stage, display, rounds):
     return Curve("responses", "length of the response", "characters", {"run": times})
 
 
+def page_faults(stage, display):
+    """Row of the page faults of one call, which are why the time grows from 5 to 50 million characters
+    by more than their number: beyond 32 MiB the allocator returns memory and asks for it anew."""
+    lengths = (5 * 10**6, 5 * 10**7)
+    stage.add_library("libbench-probe.so")
+    url = stage.page_url("faults.html", f"?lengths={','.join(map(str, lengths))}")
+    few, many = run(stage, display, stage.host_command(url)).answer
+    stage.remove_library("libbench-probe.so")
+    return cost_row(
+        f"growth: page faults of SetProperty, 50 million characters (5 million: {few:.0f})",
+        "pages of its text",
+        many,
+        lengths[1] / getpagesize(),
+        "{:.0f}".format,
+        PAGE_FAULTS_WANTED,
+    )
+
+
 def amount(number):
     for limit, unit in ((10**6, " million"), (10**3, ",000")):
         if number >= limit:
@@ -162,4 +183,4 @@ def rows(stage, display, rounds):
         curve = measure(stage, display, -(-rounds // 5))
         plot.write(stage.plots, curve)
         measured += [judge(curve, name, times) for name, times in curve.series.items()]
-    return measured
+    return [*measured, page_faults(stage, display)]
