@@ -22,22 +22,15 @@ ASKED = [("exit('OK', 'a é')", "answer: a é", {}), ("exit('ERR')", "answer: ER
          ("exit('')", "cancelled", {}), ("exit('OK')", "no answer", {"DISPLAY": "none"}),
          ("exit('OK')", "no answer", {"PATH": "/none"})]
 
-# A document as high as its window, until fit() has been called with each width.
+# A document as high as its window, until fit() has been called with a width.
 FITTED = """</script><script src="tovik-actions.js"></script>
 <style>body { margin: 0; min-height: 100vh } p { margin: 0; max-width: 300px }</style><p></p><script>
-const p = document.querySelector('p');
+const p = document.querySelector('p'), size = '%s';
 p.textContent = 'a line that is longer than its box may be '.repeat(9);
+p.style.height = '%s';
 document.body.style = 'color: red;';
-(function next([[size, height, width], ...others]) {
-  p.style.height = height;
-  TovikActions.fit(width);
-  const timer = setInterval(() => {
-    if (size === innerWidth + 'x' + innerHeight) {
-      clearInterval(timer);
-      others.length ? next(others) : exit('OK', document.body.style.cssText);
-    }
-  }, 20);
-})([['300x200', '200px'], ['500x301', '300.5px', 500], ['300x994', '9999px'], ['64x64', '0px', 0]])"""
+TovikActions.fit(%s);
+setInterval(() => size === innerWidth + 'x' + innerHeight && exit('OK', document.body.style.cssText), 20)"""
 NODE = shutil.which("node")
 # Prints the answer to each of the options of the first argument, or what was thrown.
 ASK = """import { dialog } from 'tovik-sdk/dialog';
@@ -73,11 +66,6 @@ class Sdk(Browsed):
     def test_mock_and_bridge_conform_on_one_page(self):
         self.conform(self.sdk, "<script src='tovik-mock.js'></script><script src='tovik-actions.js'>"
                      "</script><script>conform(window.TovikMock, TovikActions)</script>")
-
-    def test_fit_sizes_the_window_to_the_document(self):
-        shutil.copy(self.sdk / "tovik-actions.js", self.dir)
-        self.start("-url", self.page(FITTED, "fit.html"))
-        self.assertEqual(self.finish(), "color: red;")
 
     @unittest.skipIf(SANITIZER, "no program of ours runs")
     def test_typings_are_neither_narrower_nor_wider_than_the_bridge(self):
@@ -216,3 +204,13 @@ class Sdk(Browsed):
         own = {"program", "timeout", "signal", "query", "arguments"}
         self.assertEqual(typed - own, {name.lstrip("-") for name in valued | flags}
                          - {"store", "print", "help", "version"})
+
+
+class Fit(Browsed):
+    """Without a window manager: GTK may lose a resize that crosses the manager's answer to an earlier one."""
+
+    def test_fit_sizes_the_window_to_the_document(self):
+        shutil.copy(SOURCE / "sdk/tovik-actions.js", self.dir)
+        for case in [("300x200", "200px", ""), ("500x301", "300.5px", 500), ("300x994", "9999px", ""),
+                     ("64x64", "0px", 0)]:
+            self.assertEqual(self.run_host("-url", self.page(FITTED % case, "fit.html")), "color: red;")
